@@ -10,6 +10,9 @@ namespace Engine {
 /// widgets share, so every reader selects before it asks.
 class Font {
   public:
+    /// Tells fonts apart in the keys of cached glyphs.
+    std::uint16_t id() const { return id_; }
+
     /// Called whenever a widget makes this font current.
     virtual void prepare() = 0;
     /// Finds `code` and selects it; the result is its index, 0 being the replacement glyph. `load` is ignored by
@@ -28,8 +31,11 @@ class Font {
     virtual std::int16_t kerning() const = 0;
 
   protected:
-    constexpr Font() = default;
+    constexpr explicit Font(std::uint16_t id = 0) : id_(id) {}
     ~Font() = default;
+
+  private:
+    std::uint16_t id_;
 };
 
 }  // namespace Engine

@@ -32,9 +32,8 @@ static_assert(sizeof(void*) != 4 || sizeof(FontRecord) == 64);
 /// A font over a FontRecord. Needs no work at start; the record must outlive it and is not owned.
 class PreGeneratedFont final : public Font {
   public:
-    constexpr explicit PreGeneratedFont(const FontRecord& record) : id_(record.id), data_(&record) {}
+    constexpr explicit PreGeneratedFont(const FontRecord& record) : Font(record.id), data_(&record) {}
 
-    std::uint16_t id() const { return id_; }
     const FontRecord& record() const { return *data_; }
 
     void prepare() override {}
@@ -55,7 +54,6 @@ class PreGeneratedFont final : public Font {
     std::uint32_t glyphIndex(std::uint32_t code) const;
 
   private:
-    std::uint16_t id_;
     const FontRecord* data_;
     std::uint32_t selected_ = 0;
 };
