@@ -4,7 +4,7 @@
 
 #include "embedded-gui-engine/painter.h"
 #include "embedded-gui-engine/utf8.h"
-#include "textlayout.h"
+#include "embedded-gui-engine/textlayout.h"
 
 namespace Engine {
 

@@ -1,4 +1,4 @@
-#include "textlayout.h"
+#include "embedded-gui-engine/textlayout.h"
 
 #include <algorithm>
 #include <limits>
