@@ -30,6 +30,7 @@ const std::map<std::string, std::set<std::string>> allowed = {
      {"platform", "engine", "backend", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory",
       "apps/libs/delayedopen", "apps/gui/common"}},
     {"tools", {"model"}},
+    {"tools/textfit", {"engine"}},
     {"unit",
      {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory", "apps/libs/delayedopen"}},
 };

@@ -1,0 +1,17 @@
+#include "embedded-gui-engine/lettercase.h"
+
+namespace Engine {
+
+bool equalsInCase(const char* text, const char* source, CaseMode mode) {
+    char previous = ' ';
+    for (; *text != '\0' && *text == transformCase(mode, *source, previous); ++text, ++source) previous = *text;
+    return *text == *source;
+}
+
+void copyInCase(char* target, const char* source, CaseMode mode) {
+    char previous = ' ';
+    while (*source != '\0') *target++ = previous = transformCase(mode, *source++, previous);
+    *target = '\0';
+}
+
+}  // namespace Engine
