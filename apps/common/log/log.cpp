@@ -72,7 +72,7 @@ iovec part(const char* text) {
     return {const_cast<char*>(text), std::strlen(text)};
 }
 
-bool isLogged(const int* limit, int level) {
+bool passes(const int* limit, int level) {
     return limit == nullptr || level >= *limit;
 }
 
@@ -123,14 +123,14 @@ void setDevice(const char* path) {
 }
 
 void vlog(const int* limit, int level, const char* file, int line, const char* format, va_list arguments) {
-    if (!isLogged(limit, level)) return;
+    if (!passes(limit, level)) return;
     const KeepErrno keep;
     formatLine(file, line, format, arguments);
     writeLine(level);
 }
 
 void log(const int* limit, int level, const char* file, int line, const char* format, ...) {
-    if (!isLogged(limit, level)) return;
+    if (!passes(limit, level)) return;
     va_list arguments;
     va_start(arguments, format);
     vlog(limit, level, file, line, format, arguments);
@@ -171,7 +171,7 @@ void errnoFatalLog(const char* file, int line, const char* text) {
 }
 
 void logWithHeader(const int* limit, const char* file, int line, const char* header, const char* format, ...) {
-    if (!isLogged(limit, Warn)) return;
+    if (!passes(limit, Warn)) return;
     char message[1024];
     char text[2048];
     va_list arguments;

@@ -25,6 +25,12 @@ inline constexpr int lineLimit = 511;
 /// call, so it may point into shared memory that a service tool writes.
 extern const int* threshold;
 
+/// Whether a message of that level would be written with the process's own threshold. For callers whose arguments
+/// cost something; all others leave it to `log`.
+inline bool isLogged(int level) {
+    return threshold == nullptr || level >= *threshold;
+}
+
 /// The file that the lines go to from the next line on, "/dev/kmsg" until the first call. Null goes back to it.
 /// The text is not copied.
 void setDevice(const char* path);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 
 /// Opens a device that may not be there yet: each poll tries once, until it succeeds or `timeout` seconds are over.
 /// Opened and failed are final until `start`.
@@ -38,7 +39,7 @@ class DelayedOpen {
   private:
     void changeState(int state);
     void attemptFailed(std::int64_t now);
-    float secondsSinceStart(std::int64_t now) const;
+    double secondsSinceStart(std::int64_t now) const;
 
     std::string path_;
     float timeout_ = 5.0F;
