@@ -59,10 +59,9 @@ class Group : public Widget {
     };
 
     int contentHeight() const;
-    void drawRow(Painter& painter, Rect content);
-    void drawColumn(Painter& painter, Rect content);
-    int dropFocusBelow();
-    void handFocusOver();
+    void placeRow(Rect content);
+    void placeColumn(Rect content);
+    static bool dropFocusBelow(Object& object);
 
     Layout layout_;
     Reacts alwaysEnabled_;

@@ -78,6 +78,7 @@ class GuiManager final : public Observer {
     void setScale(ValueProvider<float>* x, ValueProvider<float>* y, ScaleCallback callback);
     void setPageStrip(PageStrip* strip) { overlappingMenu_ = strip; }
     void setCompositor(PrepareCompositing* compositor) { compositor_ = compositor; }
+    PrepareCompositing* compositor() const { return compositor_; }
     void setDrawDebugFrames(bool on) { drawDebugFrames_ = on; }
     /// The pages that are always there, lowest first. Each is entered once, here.
     void setOverlays(std::span<Page* const> overlays);
@@ -134,10 +135,14 @@ class GuiManager final : public Observer {
     void update(std::intptr_t arg1 = 0, std::intptr_t arg2 = 0) override;
 
   private:
-    void runReactions();
+    /// Whether the dirty areas of the overlays count for the page below them.
+    enum class Overlays : bool { Left, Counted };
+
     void handleEvent(EventId eventId);
+    void runReactions();
     void dispatchEvent(EventId eventId);
     void dispatchToPages(EventId eventId);
+    void offerEvent(Page& page, EventId eventId);
     Page* modalOverlay() const;
     bool stripBelongsToActivePage() const;
     [[noreturn]] void dieOfTooManyEvents();
@@ -145,11 +150,11 @@ class GuiManager final : public Observer {
     bool needsDrawing() const;
 
     void trackGesture(const TouchEvent& event);
-    void routeTouchRecord(const TouchEvent& event);
     Widget* routeTouch(const TouchEvent& event);
-    void endGesture(const TouchEvent& event);
-    void postSwipe(int dx, int dy);
+    void endGesture();
+    static EventId swipe(std::int64_t dx, std::int64_t dy);
 
+    bool mayChangePage(const Page* page) const;
     void enterPage(Page& page);
     void leavePage(Page& page);
     void runPageEvent(Page& page, EventId eventId);
@@ -157,13 +162,13 @@ class GuiManager final : public Observer {
     void publishPageName();
 
     void applyRotationProvider();
-    void drawSlide();
-    void drawPages(Clip clip);
-    void drawPage(Page& page, Painter& painter, bool withOverlays, Clip clip);
-    Rect dirtyArea(const Page& page, bool withOverlays, Rect whole) const;
-    void drawOverlays(Painter& painter);
-    void drawOutlines(Painter& painter);
-    Painter& surface(std::unique_ptr<Painter>& surface);
+    void drawScreen(Clip clip);
+    void drawSlide(Clip clip);
+    void drawSurface(std::unique_ptr<Painter>& surface, Page& page, Clip clip);
+    void drawPage(Page& page, Painter& painter, Overlays overlays, Clip clip);
+    Rect dirtyArea(const Page& page, Overlays overlays, Rect whole) const;
+    void drawOverlays();
+    void drawOutlines();
 
     Page* activePage_ = nullptr;
     Page* secondPage_ = nullptr;

@@ -59,8 +59,9 @@ class Object {
     const char* name() const { return name_; }
     void setName(const char* name) { name_ = name; }
 
-    /// This object as a widget, null when it is none.
-    Widget* asWidget();
+    /// The object at the top of the tree: the page once the tree is linked.
+    const Object& root() const;
+    Object& root() { return const_cast<Object&>(static_cast<const Object*>(this)->root()); }
 
   protected:
     constexpr Object() = default;
@@ -71,11 +72,17 @@ class Object {
           name_(name) {}
     ~Object() = default;
 
+    /// The stored parent, for walks that must not pay for a virtual call a step. A page has none.
+    static const Object* upFrom(const Object& object) { return object.parent_; }
+
     std::uint32_t flags_ = FlagEnabled;
     std::uint16_t childCount_ = 0;
     Object* const* children_ = nullptr;
     const char* name_ = nullptr;  ///< may be null
     Object* parent_ = nullptr;
 };
+
+/// The object as a widget; null when it is null or none.
+Widget* asWidget(Object* object);
 
 }  // namespace Engine

@@ -36,9 +36,9 @@ class Page : public Reactionee, public Reactable, public Object {
     enum PageFlag : std::uint32_t { FlagModal = 0x80, FlagNoBackground = 0x100, FlagInHistory = 0x200 };
     /// A dirty rectangle of this width and height stands for the whole screen.
     static constexpr std::int16_t WholeScreen = -1;
-    static constexpr int FocusSlots = 4;
+    static constexpr std::size_t FocusSlots = 4;
     /// Deferred widgets are focused ones, so a page never has more of them than focus slots; twice that for safety.
-    static constexpr int DeferredSlots = 8;
+    static constexpr std::size_t DeferredSlots = 8;
 
     constexpr explicit Page(const PageParams& params)
         : Reactable(params.behavior),
@@ -79,7 +79,7 @@ class Page : public Reactionee, public Reactable, public Object {
     bool isDrawingDeferred() const { return hasFlag(FlagDrawingDeferred); }
 
     // Focus: four slots, one a focus group. A null widget is refused.
-    /// Clears all slots, then takes the first one. False when the widget cannot have the focus.
+    /// Clears all slots, then takes the first one. False when the widget cannot have the focus; then nobody has it.
     bool setFocus(Widget* widget);
     /// Takes the first free slot; false when the widget cannot have the focus or no slot is free.
     bool addFocus(Widget* widget);
@@ -114,7 +114,7 @@ class Page : public Reactionee, public Reactable, public Object {
 
     std::array<Widget*, FocusSlots> focus_{};
     std::array<Widget*, DeferredSlots> deferred_{};
-    int deferredCount_ = 0;
+    std::size_t deferredCount_ = 0;
     const char* title_;
     Color backgroundColor_;
     Rect dirty_;

@@ -46,15 +46,19 @@ class PageNavigator : public Widget, public PrepareCompositing {
     bool isAnimating() const { return animating_; }
 
   private:
-    struct Axis;
-
     void drag();
+    void release();
     bool openLink(Direction direction);
     void setOffset(int x, int y);
     void reset();
+    bool movesAlongX() const;
+    /// Whether the pages settle on the second one.
+    bool settlesAway() const;
     void startAnimation();
-    bool animate();
-    Mode modeOf(const Page* page) const;
+    void animate();
+    void finish();
+    Mode modeOf(bool ofActivePage) const;
+    void placeSecond(Point& point) const;
 
     const Link* const* links_;
     std::uint16_t linkCount_;

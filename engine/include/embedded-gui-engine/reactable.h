@@ -68,15 +68,11 @@ class Reactable {
     ~Reactable() = default;
 
   private:
-    enum class Scan { GoOn, Done };
     struct Pass;
 
-    void scanReactions(Pass& pass);
-    Scan offerToReaction(Pass& pass, int index);
-    void scanTimers(Pass& pass);
-    Scan offerToTimer(Pass& pass, int index);
-    void scanHooks(Pass& pass);
-    Scan offerToHook(Pass& pass, int index);
+    void offerToReaction(Pass& pass, int index);
+    void offerToTimer(Pass& pass, int index);
+    void offerToHook(Pass& pass, int index);
 
     Reaction* const* reactions_;
     Widget* const* reactionWidgets_;  ///< null as a whole when nothing is hit-tested

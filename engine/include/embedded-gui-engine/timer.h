@@ -52,7 +52,7 @@ class Timer : public Reactionee {
     int remaining() const { return remaining_; }
 
   private:
-    void finish();
+    void endRound();
 
     int interval_;
     int repeat_;

@@ -137,6 +137,7 @@ class Trace {
     std::uint32_t maxTime_ = 0;  ///< milliseconds
     std::uint32_t minTime_ = 0xffffffff;
     std::uint32_t frameStart_ = 0;  ///< milliseconds of the steady clock
+    bool frameTimed_ = false;       ///< the frame that is being drawn began with timing on
     const volatile TraceFlags* flags_ = nullptr;
 };
 

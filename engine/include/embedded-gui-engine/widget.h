@@ -116,6 +116,16 @@ class Widget : public Reactionee, public Object {
     bool isHighlighted() const { return hasFlag(FlagHighlighted); }
     bool wraps() const { return hasFlag(FlagWrap); }
 
+    /// The colours of the three states.
+    struct Colors {
+        Color foreground, background;
+        Color disabledForeground, disabledBackground;
+        Color highlightForeground, highlightBackground;
+    };
+    Colors colors() const {
+        return {foreground_,         background_,          disabledForeground_,
+                disabledBackground_, highlightForeground_, highlightBackground_};
+    }
     /// What the state makes of colours and font: disabled wins over highlighted.
     Color currentForeground() const;
     Color currentBackground() const;
@@ -202,6 +212,19 @@ class Widget : public Reactionee, public Object {
     std::int32_t haloRadius_;
 
   private:
+    /// What a walk up the tree tells.
+    struct Place {
+        bool shown = true;
+        bool disabled = false;
+        Point origin;  ///< of the widget, on the screen
+        Page* page = nullptr;
+    };
+    Place place() const;
+    Color foregroundWhen(bool disabled) const;
+    Color backgroundWhen(bool disabled) const;
+    void applyStyle(Painter& painter, bool disabled) const;
+    Rect visibleArea() const;
+
     static constexpr std::uint32_t flagsOf(const WidgetParams& params) {
         return (params.enabled ? FlagEnabled : 0u) | (params.disabled ? FlagDisabled : 0u) |
                (params.highlightForeground ? HasHighlightForeground : 0u) |
