@@ -89,12 +89,23 @@ class UnitLowering {
         const ExpansionScope scope(context_.diagnostics, owned.expansion);
         const std::string place = placeOf(owned.owner, "reaction", number);
         const std::string matcher = actions_.matcher(owned.decl.events, place, owned.span);
+        noteTouch(owned, place);
         const std::string list = actions_.table(owned.decl.actions, place);
         const std::string address = unit_.add(
             "Engine::Reaction", "reactions",
             "Engine::Reaction(" + list + ", " + matcher + ", " + widgetOf(owned.owner) + ", " + cppString(place) + ")");
         drive(owned.decl.condition, "Engine::Reaction", address, place);
         return address;
+    }
+
+    void noteTouch(const Owned<ReactionDecl>& owned, const std::string& place) {
+        static constexpr unsigned touchStart = 5, touchEnd = 6, touched = 7;
+        const auto& hears = context_.explanation.hears;
+        for (auto hear = hears.rbegin(); owned.owner != nullptr && hear != hears.rend() && hear->place == place; ++hear)
+            if (hear->event == touchStart || hear->event == touchEnd || hear->event == touched) {
+                context_.explanation.touched.push_back({owned.owner, place, owned.span});
+                return;
+            }
     }
 
     std::string timer(const Owned<TimerDecl>& owned, int number) {

@@ -31,7 +31,17 @@ struct Explanation {
     };
     struct Visit {
         std::string from;
-        std::string to;
+        std::string to;  ///< empty for a way back
+    };
+    struct Shown {
+        const ObjectNode* label;
+        std::string place;
+        ValuePtr value;
+    };
+    struct Touched {
+        const ObjectNode* widget;
+        std::string place;
+        Span span;
     };
 
     std::vector<Rule> rules;
@@ -39,6 +49,8 @@ struct Explanation {
     std::vector<Hear> hears;
     std::vector<Write> writes;
     std::vector<Visit> visits;
+    std::vector<Shown> shown;      ///< what each label may show
+    std::vector<Touched> touched;  ///< widgets that a touch must hit
 };
 
 /// Checks the model against the engine's classes and turns it into engine objects. What is wrong is reported, and the

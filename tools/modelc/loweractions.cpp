@@ -94,7 +94,10 @@ std::string ActionLowering::single(const ActionStmt& action, const std::string& 
     if (action.verb == "increase" || action.verb == "decrease") return step(action, place, tail);
     if (action.verb == "navigate") return navigate(action, place, tail);
     if (action.verb == "first" || action.verb == "all") return group(action, place);
-    if (action.verb == "back") return object(action, "Engine::HistoryGoBack", "goBacks", "Engine::HistoryGoBack()");
+    if (action.verb == "back") {
+        context_.explanation.visits.push_back({node_.name.text, {}});
+        return object(action, "Engine::HistoryGoBack", "goBacks", "Engine::HistoryGoBack()");
+    }
     if (action.verb == "clearHistory")
         return object(action, "Engine::HistoryClear", "historyClears", "Engine::HistoryClear()");
     if (action.verb == "toggle") {

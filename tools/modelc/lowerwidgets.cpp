@@ -350,6 +350,7 @@ std::string WidgetLowering::content(Widget& widget, const PropertyDecl& decl) {
     context_.useAll(*value);
     const std::string what = widget.path + ".text";
     context_.explanation.rules.push_back({what, decl.value->span, value});
+    context_.explanation.shown.push_back({&widget.node, widget.path, value});
     if (const auto* constant = value->constant()) {
         if (value->type == Type::String) return "{}, " + constant->code;
         if (language() != nullptr) context_.observe(language(), widget.address, what);
