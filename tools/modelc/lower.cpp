@@ -381,6 +381,8 @@ Lowered lower(const ModelTree& model, const Names& names, Diagnostics& diagnosti
     lowered.units.push_back(std::make_unique<LoweredUnit>("Rules"));
     LoweringContext context{model, names, diagnostics, lowered, explanation, Resolver(model, names, diagnostics),
                             {},    {},    {},          {},      {},          {}};
+    if (!model.complete) return lowered;
+    if (model.night != nullptr) context.resolver.condition(model.night);
     collectEdits(context);
 
     std::vector<UnitLowering> parts;
