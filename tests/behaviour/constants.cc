@@ -1,6 +1,8 @@
 // One object of every class that models declare, as the compiler must place it: constant-initialised, with nothing to
 // run at start or at exit.
+#include "embedded-gui-engine/actiongroup.h"
 #include "embedded-gui-engine/actions.h"
+#include "embedded-gui-engine/behaviorcontainer.h"
 #include "embedded-gui-engine/booliconmodifier.h"
 #include "embedded-gui-engine/compare.h"
 #include "embedded-gui-engine/compareprevious.h"
@@ -12,10 +14,15 @@
 #include "embedded-gui-engine/infomodifier.h"
 #include "embedded-gui-engine/label.h"
 #include "embedded-gui-engine/level.h"
+#include "embedded-gui-engine/lineborder.h"
 #include "embedded-gui-engine/modifier.h"
+#include "embedded-gui-engine/navigateto.h"
 #include "embedded-gui-engine/or.h"
+#include "embedded-gui-engine/page.h"
+#include "embedded-gui-engine/reaction.h"
 #include "embedded-gui-engine/regexfilter.h"
 #include "embedded-gui-engine/result.h"
+#include "embedded-gui-engine/timer.h"
 #include "embedded-gui-engine/timestringprovider.h"
 #include "embedded-gui-engine/unixtimestringprovider.h"
 #include "embedded-gui-engine/useraction.h"
@@ -83,6 +90,23 @@ constinit Modifier<Widget, int, std::int16_t> xModifier(&icon, &Widget::setX, &n
 constinit Modifier<Label, TextId> textModifier(&label, &Label::setTextId, &key);
 constinit Modifier<Icon, const Image*> imageModifier(&icon, &Icon::setImage, &image);
 constinit Modifier<UserAction, bool> userActionModifier(&userAction, &UserAction::setEnabled, &yes);
+constinit LineBorder border(0xff0000ff, 0, 1);
+constinit Page page(PageParams{});
+constinit Timer timer({.interval = 500});
+constinit Reaction reaction(actions, nullptr);
+constinit BehaviorContainer container({});
+constinit ActionGroup group(actions);
+constinit NavigateTo navigate(&page);
+constinit Result<Page*> target(&page);
+constinit Modifier<Border, Color> borderModifier(&border, &Border::setColor, &red);
+constinit Modifier<Page, Color> pageColorModifier(&page, &Page::setBackgroundColor, &red);
+constinit Modifier<Page, bool> visibleModifier(&page, &Page::setVisible, &yes);
+constinit Modifier<Page, bool> modalModifier(&page, &Page::setModal, &yes);
+constinit Modifier<Timer, bool> timerModifier(&timer, &Timer::setEnabled, &yes);
+constinit Modifier<Reaction, bool> reactionModifier(&reaction, &Reaction::setEnabled, &yes);
+constinit Modifier<BehaviorContainer, bool> containerModifier(&container, &BehaviorContainer::setEnabled, &yes);
+constinit Modifier<ActionGroup, bool> groupModifier(&group, &Action::setEnabled, &yes);
+constinit Modifier<NavigateTo, Page*> targetModifier(&navigate, &NavigateTo::setTarget, &target);
 constinit InverseModifier<Action> inverse(&setFlag, &Action::setEnabled, &yes);
 constinit MinMaxValueModifier<Level, float> levelModifier(&level, nullptr, Limits::FollowVariable);
 constinit BoolIconModifier boolIcon(&icon, &picture, nullptr, &yes);
