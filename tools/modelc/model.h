@@ -60,8 +60,7 @@ struct ModelTree {
     std::vector<ExportDecl> exports;
     std::vector<RegisterDecl> registrations;
     std::vector<EditsDecl> edits;
-    bool complete = true;  ///< false when expansion had to stop: what is here makes no sense on its own
-    ExprPtr night;         ///< the condition of the night style; null when no source names it
+    ExprPtr night;  ///< the condition of the night style; null when no source names it
 
     const UnitNode* unit(std::string_view name) const;
 };

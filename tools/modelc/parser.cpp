@@ -158,7 +158,6 @@ class Parser : private ExpressionParser {
         const Depth depth(*this);
         const Token& open = peek();
         expect("{", "to open the block");
-        const int level = nesting();
         std::vector<MemberPtr> members;
         while (!peek().is("}") && !atEnd()) {
             const Token& first = peek();
@@ -166,7 +165,7 @@ class Parser : private ExpressionParser {
                 auto node = member();
                 members.push_back(std::make_shared<Member>(Member{join(first.span, last().span), std::move(node)}));
             } catch (const Recover&) {
-                skipToMember(level);
+                skipToMember();
             }
             while (accept(";") || accept(",")) {
             }
@@ -339,13 +338,12 @@ class Parser : private ExpressionParser {
         const Depth depth(*this);
         const Token& open = peek();
         expect("{", "before the actions");
-        const int level = nesting();
         std::vector<ActionPtr> actions;
         while (!peek().is("}") && !atEnd()) {
             try {
                 actions.push_back(action());
             } catch (const Recover&) {
-                skipToMember(level);
+                skipToAction();
             }
             while (accept(";") || accept(",")) {
             }
@@ -388,6 +386,15 @@ class Parser : private ExpressionParser {
 
     // Recovery: what follows a mistake begins at a word that opens something, on a line of its own.
 
+    void skipBalanced() {
+        int depth = 0;
+        do {
+            if (peek().is("{") || peek().is("(") || peek().is("[")) ++depth;
+            if (peek().is("}") || peek().is(")") || peek().is("]")) --depth;
+            advance();
+        } while (depth > 0 && !atEnd());
+    }
+
     void skipToDeclaration() {
         while (!atEnd()) {
             if (peek().startsLine &&
@@ -399,17 +406,19 @@ class Parser : private ExpressionParser {
         }
     }
 
-    /// To the next line that begins with a name, or to the end of the block, whose inside has `level` brackets open.
-    void skipToMember(int level) {
+    void skipToMember() {
         bool moved = false;
-        while (!atEnd()) {
-            if (nesting() <= level &&
-                (peek().is("}") || (moved && peek().startsLine && peek().kind == TokenKind::Name)))
-                return;
-            advance();
+        while (!atEnd() && !peek().is("}")) {
+            if (moved && peek().startsLine && peek().kind == TokenKind::Name) return;
+            if (peek().is("{"))
+                skipBalanced();
+            else
+                advance();
             moved = true;
         }
     }
+
+    void skipToAction() { skipToMember(); }
 
     const SourceFile& file_;
 };

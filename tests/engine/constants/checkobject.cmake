@@ -1,0 +1,12 @@
+# Fails when OBJECT holds a static constructor or registers an exit handler.
+execute_process(COMMAND "${NM}" "${OBJECT}" OUTPUT_VARIABLE symbols RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${NM} cannot read ${OBJECT}")
+endif()
+if(NOT symbols MATCHES "modelPages")
+  message(FATAL_ERROR "${OBJECT} does not hold the model objects that are to be checked")
+endif()
+string(REGEX MATCHALL "[^ \n]*(_GLOBAL__|atexit|__static_initialization)[^\n]*" found "${symbols}")
+if(found)
+  message(FATAL_ERROR "${OBJECT} does work at start or exit: ${found}")
+endif()
