@@ -22,7 +22,6 @@ const char* parseConversion(const char* at, Conversion& conversion) {
     for (; *at != '\0' && !isOneOf("cdinopuxXaAeEfFgGs%", *at); ++at) {
         const bool isDigit = *at >= '1' && *at <= '9';
         if (!isDigit && *at != '.' && !Conversion::isFlag(*at)) continue;
-        // Past a number that is too long the rest of it is read as another one, which then stands.
         conversion.parse(at);
         --at;
     }

@@ -5,7 +5,7 @@ namespace Engine {
 bool equalsInCase(const char* text, const char* source, CaseMode mode) {
     char previous = ' ';
     for (; *text != '\0' && *text == transformCase(mode, *source, previous); ++text, ++source) previous = *text;
-    return *text == *source;
+    return *text == '\0' && *source == '\0';
 }
 
 void copyInCase(char* target, const char* source, CaseMode mode) {

@@ -54,7 +54,7 @@ ValueText::ValueText(float value) : ValueText(static_cast<double>(value)) {}
 ValueText::ValueText(double value) {
     std::snprintf(buffer_, sizeof buffer_, "%.3f", value);
 }
-ValueText::ValueText(const char* value) : text_(orEmpty(value)) {}
+ValueText::ValueText(const char* value) { std::snprintf(buffer_, sizeof buffer_, "%s", orEmpty(value)); }
 
 Trace& Trace::instance() {
     static constinit Trace trace;

@@ -7,14 +7,17 @@
 namespace Engine {
 namespace {
 
-/// Reads up to Conversion::MaxDigits digits; a fourth digit makes it a fault, answered by false.
+/// Reads digits. More than Conversion::MaxDigits of them are a fault, answered by false; the number is then the
+/// largest.
 bool parseNumber(const char*& at, int& number) {
     number = 0;
-    for (int digits = 0; *at >= '0' && *at <= '9'; ++at) {
-        if (++digits > Conversion::MaxDigits) return false;
-        number = number * 10 + (*at - '0');
+    int digits = 0;
+    for (; *at >= '0' && *at <= '9'; ++at) {
+        if (++digits <= Conversion::MaxDigits) number = number * 10 + (*at - '0');
     }
-    return true;
+    if (digits <= Conversion::MaxDigits) return true;
+    number = Conversion::MaxNumber;
+    return false;
 }
 
 std::string_view lettersOf(ValueKind kind) {
@@ -99,8 +102,10 @@ void TextWriter::print(const char* format, va_list arguments) {
 
 bool Conversion::parse(const char*& at) {
     for (; *at != '\0' && isFlag(*at); ++at) addFlag(*at);
-    if (*at >= '0' && *at <= '9' && !parseNumber(at, width)) return false;
-    return *at != '.' || parseNumber(++at, precision);
+    bool valid = true;
+    if (*at >= '0' && *at <= '9') valid = parseNumber(at, width);
+    if (*at == '.') valid = parseNumber(++at, precision) && valid;
+    return valid;
 }
 
 void Conversion::addFlag(char flag) {

@@ -31,15 +31,17 @@ class TextWriter {
 /// One printf conversion, taken apart. Printing builds the conversion anew from these fields, so nothing of a hostile
 /// format ever reaches printf.
 struct Conversion {
-    /// Width and precision have at most three digits.
+    /// Of width and precision; no text is longer.
     static constexpr int MaxDigits = 3;
+    static constexpr int MaxNumber = 999;
 
     char flags[6] = "";  ///< each of "-+ #0" at most once
     int width = -1;      ///< -1: none
     int precision = -1;  ///< -1: none
     char letter = '\0';
 
-    /// Reads flags, width and precision and leaves `at` behind them; false when a number has more than three digits.
+    /// Reads flags, width and precision and leaves `at` behind them. False when a number has more than three
+    /// digits; MaxNumber then stands for it.
     bool parse(const char*& at);
     void addFlag(char flag);
     static bool isFlag(char character) { return std::string_view("-+ #0").find(character) != std::string_view::npos; }

@@ -13,7 +13,7 @@ namespace Modelc {
 namespace {
 
 constexpr int maxTemplateDepth = 32;
-constexpr std::size_t maxMembers = 2'000'000;
+constexpr std::size_t maxMembers = 1'000'000;
 
 using Members = std::vector<MemberPtr>;
 
@@ -47,6 +47,7 @@ class Expander {
         for (const auto& source : sources_)
             for (const auto& declaration : source.declarations) expandUnit(*declaration);
         finishGlobals();
+        tree_.complete = members_ < maxMembers;
         return std::move(tree_);
     }
 
@@ -144,7 +145,7 @@ class Expander {
     bool tooMany(Span span) {
         if (++members_ < maxMembers) return false;
         if (members_ == maxMembers)
-            diagnostics_.error(span, "the model grows beyond two million members here",
+            diagnostics_.error(span, "the model grows beyond a million members here",
                                "look for a repetition inside a repetition");
         return true;
     }
@@ -157,7 +158,7 @@ class Expander {
                               [&](const TimerDecl& decl) { timer(decl, member.span, substitute, place); },
                               [&](const TriggerDecl& decl) { trigger(decl, member.span, substitute, place); },
                               [&](const UserActionDecl& decl) { userAction(decl, member.span, substitute, place); },
-                              [&](const SlotDecl& decl) { slot(decl, place); },
+                              [&](const SlotDecl& decl) { slot(decl, member.span, place); },
                               [&](const ForDecl& decl) { repetition(decl, bindings, place); },
                               [&](const StaticIfDecl& decl) { staticIf(decl, bindings, place); }},
                    member.node);
@@ -254,10 +255,10 @@ class Expander {
         if (decided) expandMembers(*decided ? decl.then : decl.otherwise, bindings, place);
     }
 
-    void slot(const SlotDecl& decl, Place& place) {
+    void slot(const SlotDecl& decl, Span span, Place& place) {
         const Filling* filling = place.filling;
         if (filling == nullptr) {
-            diagnostics_.error(decl.name.span, "a slot has a meaning inside a template only");
+            diagnostics_.error(span, "a slot has a meaning inside a template only");
             return;
         }
         Place inner{place.unit, place.object, place.owner, filling->expansion, filling->outer};

@@ -37,6 +37,8 @@ ExpressionParser::Depth::Depth(ExpressionParser& parser) : parser_(parser) {
 
 const Token& ExpressionParser::advance() {
     const Token& token = peek();
+    if (token.is("{") || token.is("(") || token.is("[")) ++nesting_;
+    if (token.is("}") || token.is(")") || token.is("]")) --nesting_;
     if (!atEnd()) ++at_;
     return token;
 }

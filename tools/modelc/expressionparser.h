@@ -35,6 +35,8 @@ class ExpressionParser {
     const Token& last() const { return tokens_[at_ == 0 ? 0 : at_ - 1]; }
     bool atEnd() const { return peek().kind == TokenKind::End; }
     const Token& advance();
+    /// How many brackets of any kind are open here.
+    int nesting() const { return nesting_; }
     bool accept(std::string_view punctuation);
     bool acceptWord(std::string_view word);
     void expect(std::string_view punctuation, std::string_view where);
@@ -71,6 +73,7 @@ class ExpressionParser {
     std::size_t at_ = 0;
     std::size_t failedAt_ = static_cast<std::size_t>(-1);
     int depth_ = 0;
+    int nesting_ = 0;
 };
 
 }  // namespace Modelc

@@ -60,7 +60,8 @@ struct ModelTree {
     std::vector<ExportDecl> exports;
     std::vector<RegisterDecl> registrations;
     std::vector<EditsDecl> edits;
-    ExprPtr night;  ///< the condition of the night style; null when no source names it
+    bool complete = true;  ///< false when expansion had to stop: what is here makes no sense on its own
+    ExprPtr night;         ///< the condition of the night style; null when no source names it
 
     const UnitNode* unit(std::string_view name) const;
 };

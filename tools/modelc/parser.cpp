@@ -158,6 +158,7 @@ class Parser : private ExpressionParser {
         const Depth depth(*this);
         const Token& open = peek();
         expect("{", "to open the block");
+        const int level = nesting();
         std::vector<MemberPtr> members;
         while (!peek().is("}") && !atEnd()) {
             const Token& first = peek();
@@ -165,7 +166,7 @@ class Parser : private ExpressionParser {
                 auto node = member();
                 members.push_back(std::make_shared<Member>(Member{join(first.span, last().span), std::move(node)}));
             } catch (const Recover&) {
-                skipToMember();
+                skipToMember(level);
             }
             while (accept(";") || accept(",")) {
             }
@@ -338,12 +339,13 @@ class Parser : private ExpressionParser {
         const Depth depth(*this);
         const Token& open = peek();
         expect("{", "before the actions");
+        const int level = nesting();
         std::vector<ActionPtr> actions;
         while (!peek().is("}") && !atEnd()) {
             try {
                 actions.push_back(action());
             } catch (const Recover&) {
-                skipToAction();
+                skipToMember(level);
             }
             while (accept(";") || accept(",")) {
             }
@@ -386,15 +388,6 @@ class Parser : private ExpressionParser {
 
     // Recovery: what follows a mistake begins at a word that opens something, on a line of its own.
 
-    void skipBalanced() {
-        int depth = 0;
-        do {
-            if (peek().is("{") || peek().is("(") || peek().is("[")) ++depth;
-            if (peek().is("}") || peek().is(")") || peek().is("]")) --depth;
-            advance();
-        } while (depth > 0 && !atEnd());
-    }
-
     void skipToDeclaration() {
         while (!atEnd()) {
             if (peek().startsLine &&
@@ -406,19 +399,17 @@ class Parser : private ExpressionParser {
         }
     }
 
-    void skipToMember() {
+    /// To the next line that begins with a name, or to the end of the block, whose inside has `level` brackets open.
+    void skipToMember(int level) {
         bool moved = false;
-        while (!atEnd() && !peek().is("}")) {
-            if (moved && peek().startsLine && peek().kind == TokenKind::Name) return;
-            if (peek().is("{"))
-                skipBalanced();
-            else
-                advance();
+        while (!atEnd()) {
+            if (nesting() <= level &&
+                (peek().is("}") || (moved && peek().startsLine && peek().kind == TokenKind::Name)))
+                return;
+            advance();
             moved = true;
         }
     }
-
-    void skipToAction() { skipToMember(); }
 
     const SourceFile& file_;
 };

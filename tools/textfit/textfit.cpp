@@ -99,8 +99,9 @@ class Measurement {
             }
             y += lineHeight;
         }
-        if (top < spot_.border || bottom > spot_.height - spot_.border)
-            add(Fault::TooHigh, bottom - top, spot_.height - 2 * spot_.border);
+        const int available = spot_.height - 2 * spot_.border;
+        const int over = std::max(0, spot_.border - top) + std::max(0, bottom - (spot_.height - spot_.border));
+        if (top < bottom && over > 0) add(Fault::TooHigh, available + over, available);
     }
 
     void checkWords() {
@@ -186,8 +187,8 @@ std::string describe(const Finding& finding) {
                  << " fit: shorten it, widen the label, let it wrap or give it an ellipsis";
             break;
         case Fault::TooHigh:
-            line << "is " << finding.needed << " pixels high where " << finding.available
-                 << " fit: shorten it, make the label higher or give it automatic height";
+            line << "needs " << finding.needed << " pixels of height where " << finding.available
+                 << " are there: shorten it, make the label higher or give it automatic height";
             break;
         case Fault::WordBroken:
             line << "has a word of " << finding.needed << " pixels that is broken at " << finding.available

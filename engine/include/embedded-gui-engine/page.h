@@ -78,6 +78,8 @@ class Page : public Reactionee, public Reactable, public Object {
     bool isRedrawing() const { return hasFlag(FlagRedrawing); }
     bool isDrawingDeferred() const { return hasFlag(FlagDrawingDeferred); }
 
+    void setModal(bool modal) { setFlag(FlagModal, modal); }
+
     // Focus: four slots, one a focus group. A null widget is refused.
     /// Clears all slots, then takes the first one. False when the widget cannot have the focus; then nobody has it.
     bool setFocus(Widget* widget);

@@ -15,7 +15,7 @@ class Page;
 class Widget;
 struct Reaction;
 
-/// The text of a value in VAR lines.
+/// The text of a value in VAR lines, cut at 31 bytes.
 class ValueText {
   public:
     explicit ValueText(bool value);
@@ -24,7 +24,7 @@ class ValueText {
     explicit ValueText(long long value);
     explicit ValueText(float value);
     explicit ValueText(double value);
-    /// Null gives "". The string is not copied.
+    /// Null gives "".
     explicit ValueText(const char* value);
     ValueText(const ValueText&) = delete;
     ValueText& operator=(const ValueText&) = delete;
