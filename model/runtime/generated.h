@@ -37,6 +37,8 @@
 #include "embedded-gui-engine/timestringprovider.h"
 #include "embedded-gui-engine/useraction.h"
 #include "embedded-gui-engine/userbutton.h"
+#include "model/assets.h"
+#include "model/catalogue/variables.h"
 #include "model/runtime/modellink.h"
 
 namespace Model {

@@ -38,6 +38,15 @@ inline Names testNames() {
     add("VarFocusOffset", VariableKind::Flag);
     add("VarIrisOffset", VariableKind::Flag);
     names.tables["VarTable"] = {"VarTable", 3, {{"Name", VariableKind::String, 15}, {"Value", VariableKind::Float, 4}}};
+    for (int row = 0; row < 3; ++row)
+        for (const auto& column : names.tables["VarTable"].columns) {
+            VariableInfo cell;
+            cell.name = "VarTable[" + std::to_string(row) + "]." + column.field;
+            cell.kind = column.kind;
+            cell.size = column.size;
+            cell.address = "&" + column.field + std::to_string(row);
+            names.addCell(cell);
+        }
     names.events = {{"Event_PageEntered", 0},     {"Event_TouchStart", 5},    {"Event_TouchTouched", 7},
                     {"Event_KeyPressed", 138},    {"Event_Other", 139},       {"Event_EditEnumShow", 194},
                     {"Event_EditConfirmed", 192}, {"Event_EditCanceled", 191}};

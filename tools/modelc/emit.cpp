@@ -16,32 +16,52 @@ namespace {
 
 constexpr const char* notice = "// Generated from the model's sources. Changes belong there.\n";
 
-std::string sourceName(const LoweredUnit& unit) {
-    return "unit_" + unit.name() + ".cpp";
-}
-std::string headerName(const LoweredUnit& unit) {
-    return "unit_" + unit.name() + ".h";
-}
+/// Which files the arrays of each unit stand in.
+class Stems {
+  public:
+    Stems(const Lowered& lowered, const std::vector<EmittedSource>& sources) {
+        std::map<const SourceFile*, std::string> byFile;
+        std::set<std::string> seen = {"rules", "observers", "model"};
+        for (const auto& source : sources) {
+            if (!seen.insert(source.stem).second)
+                throw std::runtime_error("two sources would become " + source.stem + ".cpp; rename " +
+                                         source.file->path());
+            byFile[source.file] = source.stem;
+        }
+        for (const auto& unit : lowered.units)
+            byUnit_[unit->name()] = unit->file() != nullptr ? byFile.at(unit->file()) : "rules";
+    }
 
-std::string header(const LoweredUnit& unit) {
+    const std::string& of(const std::string& unit) const { return byUnit_.at(unit); }
+    bool known(const std::string& unit) const { return byUnit_.contains(unit); }
+
+  private:
+    std::map<std::string, std::string> byUnit_;
+};
+
+using Units = std::vector<const LoweredUnit*>;
+
+std::string header(const Units& units) {
     std::ostringstream out;
-    out << notice << "#pragma once\n\n#include \"model/runtime/generated.h\"\n\nnamespace Model::" << unit.name()
-        << " {\n\n";
-    for (const auto& pool : unit.pools())
-        out << "extern " << pool->type << " " << pool->name << "[" << pool->elements.size() << "];\n";
-    for (const auto& storage : unit.storages())
-        out << "extern " << storage.type << " " << storage.name << "[" << storage.size << "];\n";
-    out << "extern const UnitLink link;\n\n}  // namespace Model::" << unit.name() << "\n";
+    out << notice << "#pragma once\n\n#include \"model/runtime/generated.h\"\n";
+    for (const LoweredUnit* unit : units) {
+        out << "\nnamespace Model::" << unit->name() << " {\n\n";
+        for (const auto& pool : unit->pools())
+            out << "extern " << pool->type << " " << pool->name << "[" << pool->elements.size() << "];\n";
+        for (const auto& storage : unit->storages())
+            out << "extern " << storage.type << " " << storage.name << "[" << storage.size << "];\n";
+        out << "extern const UnitLink link;\n\n}  // namespace Model::" << unit->name() << "\n";
+    }
     return out.str();
 }
 
-/// The units whose arrays a text names, beside its own.
-void namedUnits(const std::string& text, const std::set<std::string>& units, std::set<std::string>& found) {
+/// The files whose arrays a text names.
+void namedStems(const std::string& text, const Stems& stems, std::set<std::string>& found) {
     for (std::size_t at = text.find("::"); at != std::string::npos; at = text.find("::", at + 2)) {
         std::size_t begin = at;
         while (begin > 0 && (std::isalnum(static_cast<unsigned char>(text[begin - 1])) != 0 || text[begin - 1] == '_'))
             --begin;
-        if (const std::string name = text.substr(begin, at - begin); units.contains(name)) found.insert(name);
+        if (const std::string name = text.substr(begin, at - begin); stems.known(name)) found.insert(stems.of(name));
     }
 }
 
@@ -57,14 +77,7 @@ std::string span(const std::string& name, const std::vector<std::string>& entrie
     return entries.empty() ? "{}" : name;
 }
 
-std::string source(const LoweredUnit& unit, const std::set<std::string>& units) {
-    std::set<std::string> named;
-    for (const auto& pool : unit.pools())
-        for (const auto& element : pool->elements) namedUnits(element, units, named);
-    named.insert(unit.name());
-    std::ostringstream out;
-    out << notice;
-    for (const auto& name : named) out << "#include \"unit_" << name << ".h\"\n";
+void defineUnit(std::ostream& out, const LoweredUnit& unit) {
     out << "\nnamespace Model::" << unit.name() << " {\n\n";
     for (const auto& storage : unit.storages())
         out << "constinit " << storage.type << " " << storage.name << "[" << storage.size << "] = {};\n";
@@ -82,18 +95,30 @@ std::string source(const LoweredUnit& unit, const std::set<std::string>& units) 
         << span("linkBorders", unit.borders) << ", " << span("linkFilters", unit.regexFilters) << ", "
         << span("linkConcats", unit.concatModifiers) << ", " << span("linkStrings", unit.stringProviders)
         << "};\n\n}  // namespace Model::" << unit.name() << "\n";
+}
+
+std::string source(const std::string& stem, const Units& units, const Stems& stems) {
+    std::set<std::string> named = {stem};
+    for (const LoweredUnit* unit : units)
+        for (const auto& pool : unit->pools())
+            for (const auto& element : pool->elements) namedStems(element, stems, named);
+    std::ostringstream out;
+    out << notice;
+    for (const auto& name : named) out << "#include \"" << name << ".h\"\n";
+    for (const LoweredUnit* unit : units) defineUnit(out, *unit);
     return out.str();
 }
 
-std::string includes(const Lowered& lowered) {
+std::string includes(const std::map<std::string, Units>& files) {
     std::string result = notice;
-    for (const auto& unit : lowered.units) result += "#include \"" + headerName(*unit) + "\"\n";
+    for (const auto& [stem, units] : files)
+        if (!units.empty()) result += "#include \"" + stem + ".h\"\n";
     return result;
 }
 
-std::string observers(const Lowered& lowered) {
+std::string observers(const Lowered& lowered, const std::string& heads) {
     std::ostringstream out;
-    out << includes(lowered) << "\nnamespace Model {\n\n";
+    out << heads << "\nnamespace Model {\n\n";
     int number = 0;
     std::ostringstream ties;
     for (const auto& [name, list] : lowered.observers) {
@@ -124,9 +149,9 @@ std::string modelHeader(const Lowered& lowered) {
     return out.str();
 }
 
-std::string modelSource(const Lowered& lowered) {
+std::string modelSource(const Lowered& lowered, const std::string& heads) {
     std::ostringstream out;
-    out << includes(lowered) << "#include \"model.h\"\n\nnamespace Model {\n\n";
+    out << heads << "#include \"model.h\"\n\nnamespace Model {\n\n";
     for (const auto& one : lowered.exports) {
         out << "constinit " << one.type << "* const " << one.name
             << (one.isList ? "[" + std::to_string(one.addresses.size()) + "] = {" : " = ");
@@ -157,29 +182,29 @@ void writeIfChanged(const fs::path& path, const std::string& text) {
 
 }  // namespace
 
-std::vector<std::string> emit(const Lowered& lowered, const fs::path& folder) {
-    fs::create_directories(folder);
-    std::set<std::string> units;
-    for (const auto& unit : lowered.units) units.insert(unit->name());
-    std::map<std::string, std::string> files;
-    for (const auto& unit : lowered.units) {
-        files[headerName(*unit)] = header(*unit);
-        files[sourceName(*unit)] = source(*unit, units);
-    }
-    files["observers.cpp"] = observers(lowered);
-    files["model.h"] = modelHeader(lowered);
-    files["model.cpp"] = modelSource(lowered);
+std::string stemOf(const fs::path& relative) {
+    std::string stem = relative.parent_path().string();
+    if (!stem.empty()) stem += '_';
+    stem += relative.stem().string();
+    for (char& c : stem)
+        if (std::isalnum(static_cast<unsigned char>(c)) == 0) c = '_';
+    return stem;
+}
 
-    std::vector<std::string> sources;
-    for (const auto& [name, text] : files) {
-        writeIfChanged(folder / name, text);
-        if (name.ends_with(".cpp")) sources.push_back(name);
+void emit(const Lowered& lowered, const std::vector<EmittedSource>& sources, const fs::path& folder) {
+    fs::create_directories(folder);
+    const Stems stems(lowered, sources);
+    std::map<std::string, Units> files = {{"rules", {}}};
+    for (const auto& one : sources) files[one.stem];
+    for (const auto& unit : lowered.units) files[stems.of(unit->name())].push_back(unit.get());
+    for (const auto& [stem, units] : files) {
+        writeIfChanged(folder / (stem + ".h"), header(units));
+        writeIfChanged(folder / (stem + ".cpp"), source(stem, units, stems));
     }
-    for (const auto& entry : fs::directory_iterator(folder))
-        if (const std::string name = entry.path().filename().string();
-            name.starts_with("unit_") && !files.contains(name))
-            fs::remove(entry.path());
-    return sources;
+    const std::string heads = includes(files);
+    writeIfChanged(folder / "observers.cpp", observers(lowered, heads));
+    writeIfChanged(folder / "model.h", modelHeader(lowered));
+    writeIfChanged(folder / "model.cpp", modelSource(lowered, heads));
 }
 
 void print(const Lowered& lowered, std::ostream& out) {

@@ -388,7 +388,7 @@ Lowered lower(const ModelTree& model, const Names& names, Diagnostics& diagnosti
     std::vector<UnitLowering> parts;
     parts.reserve(model.units.size());
     for (const auto& node : model.units) {
-        lowered.units.push_back(std::make_unique<LoweredUnit>(node->name.text));
+        lowered.units.push_back(std::make_unique<LoweredUnit>(node->name.text, node->span.file));
         parts.emplace_back(context, *lowered.units.back(), *node);
         parts.back().reserve();
     }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tools/modelc/names.h"
+#include "tools/modelc/source.h"
 
 namespace Modelc {
 
@@ -24,9 +25,11 @@ struct Pool {
 /// The objects of one page or container, in a namespace of its own.
 class LoweredUnit {
   public:
-    explicit LoweredUnit(std::string name) : name_(std::move(name)) {}
+    /// `file` is the source that declares the unit, null for what no source declares.
+    explicit LoweredUnit(std::string name, const SourceFile* file = nullptr) : name_(std::move(name)), file_(file) {}
 
     const std::string& name() const { return name_; }
+    const SourceFile* file() const { return file_; }
 
     /// Adds an object and answers its address.
     std::string add(std::string_view type, std::string_view array, std::string initialiser);
@@ -62,6 +65,7 @@ class LoweredUnit {
     std::string addressOf(const Pool& pool, std::size_t index) const;
 
     std::string name_;
+    const SourceFile* file_;
     std::vector<std::unique_ptr<Pool>> pools_;
     std::map<std::string, Pool*, std::less<>> byName_;
     std::vector<Storage> storages_;

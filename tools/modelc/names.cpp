@@ -16,19 +16,8 @@ const VariableInfo* Names::variable(std::string_view name) const {
 }
 
 const VariableInfo* Names::cell(const TableInfo& table, int row, std::string_view field) const {
-    const auto column =
-        std::find_if(table.columns.begin(), table.columns.end(), [&](const auto& one) { return one.field == field; });
-    if (column == table.columns.end() || row < 0 || row >= table.rows) return nullptr;
-    const std::string name = table.name + "[" + std::to_string(row) + "]." + column->field;
-    const auto [entry, fresh] = cells_.try_emplace(name);
-    if (fresh) {
-        entry->second.name = name;
-        entry->second.kind = column->kind;
-        entry->second.size = column->size;
-        entry->second.address = "cell(" + table.name + ", " + std::to_string(column - table.columns.begin()) + ", " +
-                                std::to_string(row) + ")";
-    }
-    return &entry->second;
+    const auto found = cells_.find(table.name + "[" + std::to_string(row) + "]." + std::string(field));
+    return found != cells_.end() ? &found->second : nullptr;
 }
 
 }  // namespace Modelc

@@ -69,8 +69,10 @@ class Names {
     std::map<std::string, std::string, std::less<>> fonts;  ///< name to C++ address
 
     const VariableInfo* variable(std::string_view name) const;
-    /// The cell of a table; made on the first request, null when row or field do not exist.
+    /// The cell of a table; null when row or field do not exist.
     const VariableInfo* cell(const TableInfo& table, int row, std::string_view field) const;
+    /// Its name reads TABLE[ROW].FIELD.
+    void addCell(VariableInfo cell) { cells_[cell.name] = std::move(cell); }
 
     /// Names of one map, for suggestions.
     template <typename Map>
@@ -81,7 +83,7 @@ class Names {
     }
 
   private:
-    mutable std::map<std::string, VariableInfo, std::less<>> cells_;
+    std::map<std::string, VariableInfo, std::less<>> cells_;
 };
 
 }  // namespace Modelc

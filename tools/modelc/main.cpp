@@ -1,0 +1,145 @@
+// The model compiler: reads the model's sources and writes C++ constant data, or tells about the model.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+#include "tools/common/inputerror.h"
+#include "tools/modelc/census.h"
+#include "tools/modelc/edits.h"
+#include "tools/modelc/emit.h"
+#include "tools/modelc/expand.h"
+#include "tools/modelc/lint.h"
+#include "tools/modelc/loadnames.h"
+#include "tools/modelc/lower.h"
+#include "tools/modelc/parser.h"
+#include "tools/modelc/why.h"
+
+namespace fs = std::filesystem;
+using namespace Modelc;
+
+namespace {
+
+struct Options {
+    NameSources names;
+    std::vector<fs::path> sources;
+    fs::path out;
+    std::string why;
+    std::string who;
+    bool census = false;
+    bool lint = false;
+    bool json = false;
+    bool print = false;
+};
+
+/// A source and its path from the folder that was given.
+struct SourcePath {
+    fs::path path;
+    fs::path relative;
+};
+
+/// Files as they are, folders as all model sources below them by name.
+std::vector<SourcePath> sourceFiles(const std::vector<fs::path>& given) {
+    std::vector<SourcePath> files;
+    for (const auto& path : given) {
+        if (!fs::is_directory(path)) {
+            files.push_back({path, path.filename()});
+            continue;
+        }
+        std::vector<fs::path> found;
+        for (const auto& entry : fs::recursive_directory_iterator(path))
+            if (entry.path().extension() == ".tern") found.push_back(entry.path());
+        std::sort(found.begin(), found.end());
+        for (const auto& one : found) files.push_back({one, fs::relative(one, path)});
+    }
+    return files;
+}
+
+std::unique_ptr<SourceFile> readSource(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw InputError(path, 0, "this source cannot be read; is the path right?");
+    std::ostringstream text;
+    text << file.rdbuf();
+    return std::make_unique<SourceFile>(path.string(), text.str());
+}
+
+/// What the program itself posts: the engine's own events, joystick and keys.
+LintOptions lintOptions() {
+    LintOptions options;
+    for (unsigned id = 0; id <= 14; ++id) options.postedByProgram.insert(id);
+    for (unsigned id = 131; id <= 134; ++id) options.postedByProgram.insert(id);
+    for (unsigned id = 138; id <= 187; ++id) options.postedByProgram.insert(id);
+    return options;
+}
+
+int tell(const Options& options, const ModelTree& model, const Lowered& lowered, const Names& names,
+         const Explanation& explanation) {
+    if (options.census) printCensus(model, lowered, names, std::cout);
+    if (options.print) print(lowered, std::cout);
+    if (options.lint) {
+        const auto findings = lint(model, lowered, names, explanation, lintOptions());
+        options.json ? printLintJson(findings, std::cout) : printLint(findings, std::cout);
+    }
+    if (!options.why.empty() && !printWhy(explanation, options.why, std::cout)) {
+        std::cerr << "Nothing is called " << options.why << "; write PAGE.WIDGET or PAGE.WIDGET.property.\n";
+        return 1;
+    }
+    if (!options.who.empty() && !printWho(explanation, lowered, options.who, std::cout)) {
+        std::cerr << "The model does not use " << options.who << ".\n";
+        return 1;
+    }
+    return 0;
+}
+
+int run(const Options& options) {
+    const Names names = loadNames(options.names);
+    Diagnostics diagnostics;
+    std::vector<std::unique_ptr<SourceFile>> files;
+    std::vector<SourceTree> trees;
+    std::vector<EmittedSource> emitted;
+    for (const auto& source : sourceFiles(options.sources)) {
+        files.push_back(readSource(source.path));
+        trees.push_back(parse(*files.back(), diagnostics));
+        emitted.push_back({files.back().get(), stemOf(source.relative)});
+    }
+    ModelTree model = expand(trees, diagnostics);
+    expandEdits(model, diagnostics);
+    Explanation explanation;
+    const Lowered lowered = lower(model, names, diagnostics, explanation);
+    diagnostics.print(std::cerr);
+    if (diagnostics.hasErrors()) {
+        std::cerr << diagnostics.errorCount() << (diagnostics.errorCount() == 1 ? " error\n" : " errors\n");
+        return 1;
+    }
+    if (!options.out.empty()) emit(lowered, emitted, options.out);
+    return tell(options, model, lowered, names, explanation);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    CLI::App app("Compiles the model's sources, or tells about the model.", "modelc");
+    app.add_option("--catalogue", options.names.catalogue, "folder of variables, events and enums")->required();
+    app.add_option("--texts", options.names.texts, "folder of the text tables")->required();
+    app.add_option("--icons", options.names.icons, "table of the icons")->required();
+    app.add_option("--fonts", options.names.fonts, "table of the fonts")->required();
+    app.add_option("--out", options.out, "folder of the generated C++");
+    app.add_flag("--census", options.census, "what the model is made of");
+    app.add_flag("--lint", options.lint, "what works and is hardly meant so");
+    app.add_flag("--json", options.json, "the lint's findings as JSON");
+    app.add_flag("--print", options.print, "the lowered form");
+    app.add_option("--why", options.why, "PAGE.WIDGET[.property]: which rules decide it");
+    app.add_option("--who", options.who, "VARIABLE: what it drives and what writes it");
+    app.add_option("sources", options.sources, "model sources, or folders of them")->required();
+    CLI11_PARSE(app, argc, argv);
+    try {
+        return run(options);
+    } catch (const std::exception& problem) {
+        std::cerr << problem.what() << "\n";
+        return 1;
+    }
+}
