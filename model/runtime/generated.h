@@ -49,7 +49,6 @@ constexpr std::span<T> part(T (&array)[N], std::size_t begin, std::size_t count)
     return {array + begin, count};
 }
 
-extern const std::span<const ObserverTie> observerTies;
 extern const ModelLink modelLink;
 
 }  // namespace Model

@@ -131,9 +131,17 @@ std::string observers(const Lowered& lowered, const std::string& heads) {
         pointerTable(out, "Engine::Observer* const", array, addresses);
         ties << "    {" << lowered.variables.at(name)->address << ", " << array << "},\n";
     }
-    out << "\nstatic const ObserverTie ties[] = {\n"
-        << ties.str() << (number == 0 ? "    {nullptr, {}},\n" : "") << "};\n";
-    out << "const std::span<const ObserverTie> observerTies(ties, " << number << ");\n\n}  // namespace Model\n";
+    out << "\nconstinit const ObserverTie observerTies[" << std::max(number, 1) << "] = {\n"
+        << ties.str() << (number == 0 ? "    {nullptr, {}},\n" : "") << "};\n\n}  // namespace Model\n";
+    return out.str();
+}
+
+std::string observersHeader(const Lowered& lowered) {
+    std::ostringstream out;
+    out << notice
+        << "#pragma once\n\n#include \"model/runtime/modellink.h\"\n\nnamespace Model {\n\nextern const ObserverTie "
+           "observerTies["
+        << std::max<std::size_t>(lowered.observers.size(), 1) << "];\n\n}  // namespace Model\n";
     return out.str();
 }
 
@@ -151,7 +159,7 @@ std::string modelHeader(const Lowered& lowered) {
 
 std::string modelSource(const Lowered& lowered, const std::string& heads) {
     std::ostringstream out;
-    out << heads << "#include \"model.h\"\n\nnamespace Model {\n\n";
+    out << heads << "#include \"model.h\"\n#include \"observers.h\"\n\nnamespace Model {\n\n";
     for (const auto& one : lowered.exports) {
         out << "constinit " << one.type << "* const " << one.name
             << (one.isList ? "[" + std::to_string(one.addresses.size()) + "] = {" : " = ");
@@ -163,9 +171,9 @@ std::string modelSource(const Lowered& lowered, const std::string& heads) {
     out << "static const UnitLink* const unitLinks[] = {\n";
     for (const auto& unit : lowered.units) out << "    &" << unit->name() << "::link,\n";
     out << "};\n";
-    out << "const ModelLink modelLink = {unitLinks, observerTies, " << span("overlayPages", lowered.overlays) << ", "
-        << span("behaviorContainers", lowered.containers) << ", " << (lowered.start.empty() ? "nullptr" : lowered.start)
-        << "};\n\n}  // namespace Model\n";
+    out << "constinit const ModelLink modelLink = {unitLinks, " << (lowered.observers.empty() ? "{}" : "observerTies")
+        << ", " << span("overlayPages", lowered.overlays) << ", " << span("behaviorContainers", lowered.containers)
+        << ", " << (lowered.start.empty() ? "nullptr" : lowered.start) << "};\n\n}  // namespace Model\n";
     return out.str();
 }
 
@@ -202,7 +210,8 @@ void emit(const Lowered& lowered, const std::vector<EmittedSource>& sources, con
         writeIfChanged(folder / (stem + ".cpp"), source(stem, units, stems));
     }
     const std::string heads = includes(files);
-    writeIfChanged(folder / "observers.cpp", observers(lowered, heads));
+    writeIfChanged(folder / "observers.h", observersHeader(lowered));
+    writeIfChanged(folder / "observers.cpp", observers(lowered, heads + "#include \"observers.h\"\n"));
     writeIfChanged(folder / "model.h", modelHeader(lowered));
     writeIfChanged(folder / "model.cpp", modelSource(lowered, heads));
 }

@@ -129,17 +129,17 @@ class Loader {
 
 }  // namespace
 
-Names loadNames(const NameSources& sources) {
+Names loadNames(const std::filesystem::path& model) {
     Names names;
     Loader loader(names);
-    const TextTable texts = TextTable::read(sources.texts);
+    const TextTable texts = TextTable::read(model / "texts");
     loader.texts(texts);
     Problems problems;
-    const Catalogue catalogue = Catalogue::read(sources.catalogue, &texts, problems);
+    const Catalogue catalogue = Catalogue::read(model / "catalogue", &texts, problems);
     if (!problems.none()) throw std::runtime_error(problems.text());
     loader.catalogue(catalogue);
-    loader.icons(TableFile::read(sources.icons));
-    loader.fonts(TableFile::read(sources.fonts));
+    loader.icons(TableFile::read(model / "icons/icons.tsv"));
+    loader.fonts(TableFile::read(model / "fonts/fonts.tsv"));
     return names;
 }
 

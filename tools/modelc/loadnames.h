@@ -7,15 +7,8 @@
 
 namespace Modelc {
 
-/// Where the names of the model are declared.
-struct NameSources {
-    std::filesystem::path catalogue;  ///< folder of the variables, events and enums
-    std::filesystem::path texts;      ///< folder of the text tables
-    std::filesystem::path icons;      ///< table of the icons
-    std::filesystem::path fonts;      ///< table of the fonts
-};
-
-/// Reads all of them. Throws InputError with everything that is wrong there.
-Names loadNames(const NameSources& sources);
+/// Reads what the product's folder `model` declares: catalogue, texts, icons and fonts. Throws InputError or
+/// std::runtime_error with everything that is wrong there.
+Names loadNames(const std::filesystem::path& model);
 
 }  // namespace Modelc

@@ -24,7 +24,7 @@ using namespace Modelc;
 namespace {
 
 struct Options {
-    NameSources names;
+    fs::path model;
     std::vector<fs::path> sources;
     fs::path out;
     std::string why;
@@ -95,7 +95,7 @@ int tell(const Options& options, const ModelTree& model, const Lowered& lowered,
 }
 
 int run(const Options& options) {
-    const Names names = loadNames(options.names);
+    const Names names = loadNames(options.model);
     Diagnostics diagnostics;
     std::vector<std::unique_ptr<SourceFile>> files;
     std::vector<SourceTree> trees;
@@ -123,10 +123,7 @@ int run(const Options& options) {
 int main(int argc, char** argv) {
     Options options;
     CLI::App app("Compiles the model's sources, or tells about the model.", "modelc");
-    app.add_option("--catalogue", options.names.catalogue, "folder of variables, events and enums")->required();
-    app.add_option("--texts", options.names.texts, "folder of the text tables")->required();
-    app.add_option("--icons", options.names.icons, "table of the icons")->required();
-    app.add_option("--fonts", options.names.fonts, "table of the fonts")->required();
+    app.add_option("--model", options.model, "folder of catalogue, texts, icons and fonts")->required();
     app.add_option("--out", options.out, "folder of the generated C++");
     app.add_flag("--census", options.census, "what the model is made of");
     app.add_flag("--lint", options.lint, "what works and is hardly meant so");

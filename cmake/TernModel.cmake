@@ -1,0 +1,34 @@
+# tern_model(NAME FOLDER)
+# The model sources below FOLDER as a library NAME of constant C++ data, one file a source, whatever stands in it. A program
+# links one model only.
+function(tern_model name folder)
+  set(out ${TERN_GENERATED_DIR}/model/${name})
+  set(model ${PROJECT_SOURCE_DIR}/model)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.tern)
+  file(GLOB_RECURSE names CONFIGURE_DEPENDS ${model}/*.tsv ${model}/catalogue/*.txt)
+  set(made ${out}/rules.cpp ${out}/observers.cpp ${out}/model.cpp ${out}/model.h)
+  foreach(source ${sources})
+    file(RELATIVE_PATH stem ${folder} ${source})
+    string(REGEX REPLACE "\\.tern$" "" stem ${stem})
+    string(REGEX REPLACE "[^A-Za-z0-9]" "_" stem ${stem})
+    list(APPEND made ${out}/${stem}.cpp)
+  endforeach()
+  if(TERN_HOST_GENERATED_DIR)
+    file(COPY ${TERN_HOST_GENERATED_DIR}/model/${name} DESTINATION ${TERN_GENERATED_DIR}/model)
+  else()
+    # The stamp goes with the run; the files keep their times when nothing in them changes.
+    add_custom_command(OUTPUT ${out}/compiled.stamp BYPRODUCTS ${made}
+      COMMAND modelc --model ${model} --out ${out} ${folder}
+      COMMAND ${CMAKE_COMMAND} -E touch ${out}/compiled.stamp
+      DEPENDS modelc ${sources} ${names}
+      COMMENT "Compiling ${name}" VERBATIM)
+    add_custom_target(${name}-compiled DEPENDS ${out}/compiled.stamp)
+  endif()
+  add_library(${name} STATIC ${made} ${model}/runtime/modellink.cpp)
+  target_include_directories(${name} PUBLIC ${out})
+  target_link_libraries(${name} PUBLIC model-variables model-assets)
+  if(TARGET ${name}-compiled)
+    add_dependencies(${name} ${name}-compiled)
+  endif()
+  add_dependencies(${name} catalogue-made)
+endfunction()
