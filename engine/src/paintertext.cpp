@@ -1,10 +1,10 @@
 #include <array>
-#include <cstdlib>
-#include <limits>
+#include <span>
 
+#include "embedded-gui-engine/fontview.h"
 #include "embedded-gui-engine/painter.h"
-#include "embedded-gui-engine/utf8.h"
 #include "embedded-gui-engine/textlayout.h"
+#include "embedded-gui-engine/utf8.h"
 
 namespace Engine {
 
@@ -62,93 +62,117 @@ class LineList {
     TextLayout rest_;
 };
 
-/// Draws the characters of one line, and dots in place of those that an ellipsis leaves out.
-class LineDrawer {
-  public:
-    /// `dots` is the width of the dots, negative when they stand at the end, 0 without an ellipsis.
-    LineDrawer(Painter& painter, Rect rect, int dots, int pen, int y)
-        : painter_(painter), font_(*painter.font()), rect_(rect), dots_(dots), pen_(pen), y_(y) {}
+/// Where the selected glyph of `code` goes with the pen at (x, y). False when it has no ink, or lies so far out that
+/// no surface reaches there.
+bool placeGlyph(const FontView& font, std::uint32_t code, bool tabularDigits, int x, int y, ImagePart& part) {
+    const int width = font.glyphWidth();
+    const int height = font.glyphHeight();
+    if (width == 0 || height == 0) return false;
+    const bool inCell = tabularDigits && FontView::isDigit(code);
+    const int left = x + (inCell ? (font.digitWidth() - width) / 2 : font.bearing());
+    const int top = y + font.inkTop();
+    if (!fitsInt16(left) || !fitsInt16(top)) return false;
+    part = {{narrow(left), narrow(top), narrow(width), narrow(height)}, font.atlasX(), font.atlasY(), font.keyOf(code)};
+    return true;
+}
 
-    void draw(const char* at, const char* end) {
+}  // namespace
+
+/// Draws the lines of one text. Glyphs are gathered and handed to the target in runs.
+class Painter::TextDrawer {
+  public:
+    TextDrawer(Painter& painter, Rect rect)
+        : painter_(painter), font_(*painter.font_), atlas_(font_.atlas()), rect_(rect) {}
+    TextDrawer(const TextDrawer&) = delete;
+    TextDrawer& operator=(const TextDrawer&) = delete;
+    ~TextDrawer() { flush(); }
+
+    /// The result is the pen's x behind the line. `dots` is the width of the ellipsis in force, negative when it
+    /// stands at the end, 0 for none.
+    int drawLine(const char* at, const char* end, int dots, int x, int y) {
+        pen_ = x;
+        y_ = y;
         while (at < end) {
             const std::uint32_t code = decodeUtf8(at);
-            if (code == 0 || !drawCharacter(code)) return;
+            if (code == 0 || !drawCharacter(code, dots)) break;
         }
+        return pen_;
     }
 
-    int pen() const { return pen_; }
-
   private:
-    void select(std::uint32_t code) {
-        const std::uint32_t key = code | static_cast<std::uint32_t>(font_.id()) << 24;
-        font_.selectGlyph(code, !painter_.isGlyphCached(key));
+    void select(std::uint32_t code) { font_.select(code, !painter_.isGlyphCached(font_.keyOf(code))); }
+
+    void drawSelected(std::uint32_t code) {
+        if (placeGlyph(font_, code, painter_.tabularDigits_, pen_, y_, run_[runLength_]) && ++runLength_ == run_.size())
+            flush();
+        pen_ += font_.advanceOf(code, painter_.tabularDigits_);
     }
 
     void drawDots(int x) {
         select(fullStop);
-        for (int i = 0; i < dotCount; ++i) x += painter_.drawChar(fullStop, x, y_);
         pen_ = x;
+        for (int i = 0; i < dotCount; ++i) drawSelected(fullStop);
     }
 
     /// False when the line ends here.
-    bool drawCharacter(std::uint32_t code) {
+    bool drawCharacter(std::uint32_t code, int dots) {
         select(code);
         pen_ += font_.kerning();
-        if (dots_ != 0) {
-            const int advance = advanceOf(font_, code, painter_.tabularDigits());
-            if (rect_.x + dots_ > pen_) {
-                if (rect_.x + dots_ > pen_ + advance) {
-                    pen_ += advance;
-                } else {
-                    drawDots(pen_ + advance - dots_);
-                }
-                return true;
-            }
-            if (rect_.x + rect_.width + dots_ <= pen_ + advance) {
-                drawDots(pen_);
-                return false;
-            }
+        if (dots == 0) {
+            drawSelected(code);
+            return true;
         }
-        pen_ += painter_.drawChar(code, pen_, y_);
+        const int behind = pen_ + font_.advanceOf(code, painter_.tabularDigits_);
+        const int limit = rect_.x + dots;
+        if (limit > behind) {
+            pen_ = behind;
+        } else if (limit > pen_) {
+            drawDots(behind - dots);
+        } else if (rect_.x + rect_.width + dots <= behind) {
+            drawDots(pen_);
+            return false;
+        } else {
+            drawSelected(code);
+        }
         return true;
     }
 
+    void flush() {
+        const std::span<const ImagePart> run(run_.data(), runLength_);
+        if (painter_.haloRadius_ < 1) {
+            painter_.drawParts(atlas_, run);
+        } else {
+            for (const ImagePart& part : run)
+                painter_.drawMaskHalo(atlas_, part.srcX, part.srcY, part.place, painter_.haloRadius_);
+        }
+        runLength_ = 0;
+    }
+
     Painter& painter_;
-    Font& font_;
+    FontView font_;
+    Image atlas_;
     Rect rect_;
-    int dots_;
-    int pen_;
-    int y_;
+    int pen_ = 0;
+    int y_ = 0;
+    std::size_t runLength_ = 0;
+    std::array<ImagePart, 64> run_;
 };
 
-}  // namespace
+void Painter::drawParts(const Image& image, std::span<const ImagePart> parts) {
+    for (const ImagePart& part : parts) drawImage(image, part.srcX, part.srcY, part.place, part.key);
+}
 
 int Painter::drawChar(std::uint32_t code, int x, int y) {
     if (font_ == nullptr) return 0;
-    const int width = font_->glyphWidth();
-    const int height = font_->glyphHeight();
-    int offset = font_->bearing();
-    int advance = font_->advance();
-    if (tabularDigits_ && isDigit(code)) {
-        advance = font_->digitWidth();
-        offset = (advance - width) / 2;
+    const FontView font(*font_);
+    if (ImagePart part; placeGlyph(font, code, tabularDigits_, x, y, part)) {
+        if (haloRadius_ < 1) {
+            drawImage(font.atlas(), part.srcX, part.srcY, part.place, part.key);
+        } else {
+            drawMaskHalo(font.atlas(), part.srcX, part.srcY, part.place, haloRadius_);
+        }
     }
-    if (width == 0 || height == 0) return advance;
-
-    const int atlasY = font_->atlasY();
-    const int lineHeight = font_->lineHeight();
-    const int left = x + offset;
-    const int top = y + font_->baseline() + (lineHeight != 0 ? atlasY % lineHeight : atlasY);
-    if (!fitsInt16(left) || !fitsInt16(top)) return advance;  // far outside of any surface
-    const Rect place{narrow(left), narrow(top), narrow(width), narrow(height)};
-    Image atlas;
-    font_->atlas(atlas);
-    if (haloRadius_ < 1) {
-        drawImage(atlas, font_->atlasX(), atlasY, place, code | static_cast<std::uint32_t>(font_->id()) << 24);
-    } else {
-        drawMaskHalo(atlas, font_->atlasX(), atlasY, place, haloRadius_);
-    }
-    return advance;
+    return font.advanceOf(code, tabularDigits_);
 }
 
 std::vector<TextLine> Painter::layoutText(const char* text, Rect rect, int maxChars) const {
@@ -172,13 +196,13 @@ int Painter::drawText(const char* text, Rect rect, int scrollX, int scrollY, int
     const int lineHeight = font_->lineHeight();
     int y = firstLineTop(rect, verticalAlign_, lines.count(), lineHeight) + scrollY;
     int pen = rect.x;
+    TextDrawer drawer(*this, rect);
     for (TextLine line; lines.next(line); y += lineHeight) {
         const bool tooLong = dots != 0 && line.width > rect.width;
         const Align align = !tooLong ? horizontalAlign_ : Align::Start;
         pen = tooLong && dots > 0 ? rect.x + rect.width - line.width : lineStart(rect, align, line.width);
-        LineDrawer drawer(*this, rect, tooLong ? dots : 0, pen + scrollX, y);
-        drawer.draw(text + line.byteStart, text + line.byteStart + line.byteCount);
-        pen = drawer.pen();
+        const char* const begin = text + line.byteStart;
+        pen = drawer.drawLine(begin, begin + line.byteCount, tooLong ? dots : 0, pen + scrollX, y);
     }
     return pen;
 }

@@ -6,10 +6,6 @@ namespace Engine {
 
 namespace {
 
-/// Where a code from the space to the tilde stands in a font whose first codes are 0, 10, 32, 33, 34 and so on: the
-/// index is the code less this. Fonts are made so; in any other the guess misses and the search decides.
-constexpr std::uint32_t asciiShift = 30;
-
 /// A binary search with halving steps. Three probes are left once the step is 1, so that the halves of an odd count
 /// are reached and the search ends in any table.
 std::uint32_t searchCode(const std::uint16_t* codes, std::uint32_t count, std::uint32_t code) {
@@ -31,16 +27,9 @@ std::uint32_t searchCode(const std::uint16_t* codes, std::uint32_t count, std::u
 
 }  // namespace
 
-std::uint32_t PreGeneratedFont::glyphIndex(std::uint32_t code) const {
+std::uint32_t PreGeneratedFont::searchGlyph(std::uint32_t code) const {
     if (code >= data_->codeLimit) return 0;
-    const std::uint32_t guess = code - asciiShift;
-    if (guess < data_->glyphCount && data_->codeTable[guess] == code) return guess;
     return searchCode(data_->codeTable, data_->glyphCount, code);
-}
-
-std::uint32_t PreGeneratedFont::selectGlyph(std::uint32_t code, bool /*load*/) {
-    selected_ = glyphIndex(code);
-    return selected_;
 }
 
 }  // namespace Engine

@@ -8,11 +8,11 @@
 namespace Engine {
 
 TextLayout::TextLayout(Font& font, const char* text, const Rules& rules)
-    : font_(&font),
+    : font_(font),
       text_(text != nullptr ? text : ""),
       rules_(rules),
       charsLeft_(rules.maxChars < 0 ? std::numeric_limits<int>::max() : rules.maxChars),
-      lineHeight_(font.lineHeight()),
+      lineHeight_(font_.lineHeight()),
       position_(text_),
       aheadEnd_(text_),
       ahead_(decodeUtf8(aheadEnd_)),
@@ -46,8 +46,8 @@ bool TextLayout::takeCharacter(TextLine& closed) {
     ahead_ = decodeUtf8(aheadEnd_);
     --charsLeft_;
 
-    font_->selectGlyph(code, false);
-    const int advance = advanceOf(*font_, code, rules_.tabularDigits);
+    font_.select(code, false);
+    const int advance = font_.advanceOf(code, rules_.tabularDigits);
     if (code == space || code == carriageReturn) {
         takeSpace(advance);
     } else if (code == lineFeed) {
@@ -55,7 +55,7 @@ bool TextLayout::takeCharacter(TextLine& closed) {
     } else {
         afterSpace_ = false;
     }
-    pen_ += font_->kerning();
+    pen_ += font_.kerning();
     bool hasClosed = code == lineFeed;
     if (rules_.wrap && !hasClosed && pen_ + advance > rules_.width) {
         breakLine(start, advance, closed);
@@ -116,10 +116,9 @@ void TextLayout::startLine(const char* begin) {
 }
 
 void TextLayout::growExtent() {
-    const int band = lineHeight_ != 0 ? font_->atlasY() % lineHeight_ : font_->atlasY();
-    const int top = font_->baseline() + band;
+    const int top = font_.inkTop();
     line_.top = std::min(line_.top, top);
-    line_.bottom = std::max(line_.bottom, top + font_->glyphHeight());
+    line_.bottom = std::max(line_.bottom, top + font_.glyphHeight());
 }
 
 }  // namespace Engine

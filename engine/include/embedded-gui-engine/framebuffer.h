@@ -108,6 +108,9 @@ class Framebuffer final : public Painter, public Surface {
     void reserved29() override {}
     void fillRect(Rect rect, bool blend) override;
 
+  protected:
+    void drawParts(const Image& image, std::span<const ImagePart> parts) override;
+
   private:
     static Framebuffer* withOwnPixels(std::uint32_t width, std::uint32_t height, std::uint32_t sampleBits,
                                       std::uint32_t rotation);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "embedded-gui-engine/color.h"
@@ -15,11 +16,19 @@ struct RingSector;
 
 /// One line of laid out text.
 struct TextLine {
-    std::int32_t width = 0;      ///< pixels
-    std::int32_t top = 0;        ///< of the ink, from the line's top
-    std::int32_t bottom = 0;     ///< of the ink, from the line's top
+    std::int32_t width = 0;   ///< pixels
+    std::int32_t top = 0;     ///< of the ink, from the line's top
+    std::int32_t bottom = 0;  ///< of the ink, from the line's top
     std::int32_t byteCount = 0;
     std::int32_t byteStart = 0;
+};
+
+/// A part of an image and the place where it goes, unscaled.
+struct ImagePart {
+    Rect place;
+    std::int16_t srcX = 0;
+    std::int16_t srcY = 0;
+    std::uint32_t key = 0;  ///< as in drawImage
 };
 
 /// The drawing interface that widgets see, with the drawing state. Coordinates are logical: rotation lies below.
@@ -90,7 +99,10 @@ class Painter {
     bool wrap() const { return wrap_; }
     void setTabularDigits(bool on) { tabularDigits_ = on; }
     bool tabularDigits() const { return tabularDigits_; }
-    void setAlign(Align horizontal, Align vertical) { horizontalAlign_ = horizontal; verticalAlign_ = vertical; }
+    void setAlign(Align horizontal, Align vertical) {
+        horizontalAlign_ = horizontal;
+        verticalAlign_ = vertical;
+    }
     Align horizontalAlign() const { return horizontalAlign_; }
     Align verticalAlign() const { return verticalAlign_; }
     /// Stores the colour and hands both to setColors, which alone changes what is drawn.
@@ -121,6 +133,10 @@ class Painter {
     Painter(const Painter&) = default;
     Painter& operator=(const Painter&) = default;
 
+    /// The same as drawImage for each part, in order: how a text hands over its glyphs. A target that can clip and
+    /// choose its way once for all of them does.
+    virtual void drawParts(const Image& image, std::span<const ImagePart> parts);
+
     Font* font_ = nullptr;
     bool wrap_ = false;
     bool tabularDigits_ = true;
@@ -131,6 +147,9 @@ class Painter {
     std::uint32_t ellipsis_ = 0;
     std::int32_t haloRadius_ = 0;
     std::vector<Rect> clipStack_;
+
+  private:
+    class TextDrawer;
 };
 
 }  // namespace Engine

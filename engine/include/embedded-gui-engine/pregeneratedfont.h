@@ -37,7 +37,7 @@ class PreGeneratedFont final : public Font {
     const FontRecord& record() const { return *data_; }
 
     void prepare() override {}
-    std::uint32_t selectGlyph(std::uint32_t code, bool load) override;
+    std::uint32_t selectGlyph(std::uint32_t code, bool /*load*/) override { return selected_ = glyphIndex(code); }
     std::uint16_t lineHeight() const override { return data_->lineHeight; }
     std::uint16_t advance() const override { return data_->advanceTable[selected_]; }
     std::uint16_t digitWidth() const override { return data_->digitWidth; }
@@ -51,9 +51,21 @@ class PreGeneratedFont final : public Font {
     std::int16_t kerning() const override { return 0; }
 
     /// Index of the glyph of `code`, 0 when the font lacks it. Selects nothing.
-    std::uint32_t glyphIndex(std::uint32_t code) const;
+    std::uint32_t glyphIndex(std::uint32_t code) const {
+        // ASCII pays for one probe only.
+        const std::uint32_t guess = code - asciiShift;
+        if (guess < asciiGlyphs && guess < data_->glyphCount && data_->codeTable[guess] == code) return guess;
+        return searchGlyph(code);
+    }
 
   private:
+    /// Where a code from the space on stands in a font whose first codes are 0, 10, 32, 33, 34 and so on: the index is
+    /// the code less this. Fonts are made so; in any other the guess misses and the search decides.
+    static constexpr std::uint32_t asciiShift = 30;
+    static constexpr std::uint32_t asciiGlyphs = 128 - asciiShift;
+
+    std::uint32_t searchGlyph(std::uint32_t code) const;
+
     const FontRecord* data_;
     std::uint32_t selected_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "embedded-gui-engine/fontview.h"
 #include "embedded-gui-engine/painter.h"
 
 namespace Engine {
@@ -10,15 +11,6 @@ inline constexpr std::uint32_t lineFeed = 10;
 inline constexpr std::uint32_t carriageReturn = 13;
 inline constexpr std::uint32_t space = 32;
 inline constexpr std::uint32_t fullStop = 46;
-
-inline bool isDigit(std::uint32_t code) {
-    return code >= '0' && code <= '9';
-}
-
-/// Advance of the glyph that `font` has selected for `code`.
-inline int advanceOf(const Font& font, std::uint32_t code, bool tabularDigits) {
-    return tabularDigits && isDigit(code) ? font.digitWidth() : font.advance();
-}
 
 /// Breaks a text into lines, one at a call, without storing any. Greedy: a line is closed at the character that passes
 /// the width, at the last run of spaces if the line has one, else before that very character. The characters are
@@ -52,7 +44,7 @@ class TextLayout {
     std::int32_t bytesTo(const char* position) const { return static_cast<std::int32_t>(position - begin_); }
     bool atEnd() const { return ahead_ == 0 || charsLeft_ == 0; }
 
-    Font* font_;
+    FontView font_;
     const char* text_;
     Rules rules_;
     State state_ = State::Walking;
