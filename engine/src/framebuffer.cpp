@@ -237,10 +237,8 @@ void Framebuffer<T>::copyImage(const Image& image, int srcX, int srcY, Rect dst)
     const Raster::Target<T> target = placed(canvas(), cut.area);
     const Raster::Source<T> source =
         Raster::turned(rotation_, static_cast<const T*>(image.pixels) + origin, stride, cut.area);
-    if (source.step == 1 && source.rowStep == target.width)
-        kernels_->copy(joined(target), source);
-    else if (source.step == 1 || source.step == -1)
-        kernels_->copy(target, source);
+    if (source.step == 1 || source.step == -1)
+        kernels_->copy(joined(target, source), source);
     else
         Raster::moves<T>().turn(target.first, target.rowStep, source, target.width, target.rows);
 }

@@ -8,10 +8,11 @@ namespace Engine {
 namespace {
 
 using Raster::ScaleAxis;
+using Raster::ScaleWalk;
 using Raster::Source;
 using Raster::Target;
 
-constexpr int chunk = 256;
+constexpr int chunk = Raster::PickPlan::maxWidth;
 
 /// The two axes in memory order: `along` runs along a target row.
 struct Walk {
@@ -34,19 +35,24 @@ Walk walkOf(unsigned rotation, const ScaleAxis& x, const ScaleAxis& y, std::int6
 template <typename T, typename S, typename Draw>
 void drawColumns(const Walk& walk, const Target<T>& target, int column, const S* pixels, std::int64_t pixelCount,
                  Draw draw) {
-    std::int32_t offsets[chunk];
-    alignas(32) S line[chunk];
-    const int width = static_cast<int>(target.width);
-    sourceOffsets(walk.along, walk.alongBackwards, walk.alongUnit, column, width, offsets);
+    const auto rows = static_cast<int>(target.rows);
+    ScaleWalk across(walk.across, walk.acrossBackwards, walk.acrossUnit, 0);
+    const ScaleWalk lastRow(walk.across, walk.acrossBackwards, walk.acrossUnit, rows - 1);
+
+    Raster::PickPlan plan;
+    plan.width = static_cast<int>(target.width);
+    ScaleWalk along(walk.along, walk.alongBackwards, walk.alongUnit, column);
+    for (int u = 0; u < plan.width; ++u, along.advance()) plan.places[u] = along.offset();
+    plan.settle(static_cast<std::ptrdiff_t>(pixelCount) - std::max(across.offset(), lastRow.offset()));
 
     const auto pick = Raster::moves<S>().pick;
+    alignas(32) S line[chunk];
     std::int32_t picked = -1;
-    for (int row = 0; row < target.rows; ++row) {
-        std::int32_t base = 0;
-        sourceOffsets(walk.across, walk.acrossBackwards, walk.acrossUnit, row, 1, &base);
-        if (base != picked) pick(line, pixels + base, offsets, width, static_cast<std::ptrdiff_t>(pixelCount - base));
+    for (int row = 0; row < rows; ++row, across.advance()) {
+        const std::int32_t base = across.offset();
+        if (base != picked) pick(line, pixels + base, plan);
         picked = base;
-        draw(Target<T>{target.first + row * target.rowStep, target.rowStep, width, 1}, Source<S>{line, 1, 0});
+        draw(Target<T>{target.first + row * target.rowStep, target.rowStep, target.width, 1}, Source<S>{line, 1, 0});
     }
 }
 

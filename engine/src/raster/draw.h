@@ -51,7 +51,7 @@ struct ImageStyle {
 template <typename T>
 void drawScaledMask(const ImageStyle<T>& style, const Target<T>& target, const Source<std::uint8_t>& source) {
     const std::uint64_t max = sampleMax(style.sampleBits);
-    eachPart(target, [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
+    eachPart<blockWidth, blockRows>(target, [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
         std::uint8_t block[blockWidth * blockRows];
         for (std::ptrdiff_t row = 0; row < part.rows; ++row)
             for (std::ptrdiff_t x = 0; x < part.width; ++x)

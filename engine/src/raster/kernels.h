@@ -16,13 +16,27 @@ struct Palette {
     std::int32_t count;
 };
 
+/// Which pixels of a source row a scaled row shows. Each eight of them have a base, from which on their places are
+/// told; where it is `near`, all lie within eight pixels that may be read as a whole.
+struct PickPlan {
+    static constexpr int maxWidth = 256;
+
+    std::int32_t width = 0;
+    std::int32_t places[maxWidth];
+    std::int32_t bases[maxWidth / 8];
+    bool near[maxWidth / 8];
+
+    /// Turns `places`, which rise or fall throughout and lie in 0 to `size` - 1, into places from the bases on.
+    void settle(std::ptrdiff_t size);
+};
+
 /// Moves of pixels that know nothing of colours.
 template <typename S>
 struct Moves {
     /// out[v * outStep + u] = source at (u, v); for sources that walk down the columns of an image.
     void (*turn)(S* out, std::ptrdiff_t outStep, const Source<S>& source, std::ptrdiff_t width, std::ptrdiff_t rows);
-    /// out[u] = row[offsets[u]]; the offsets rise or fall throughout and lie in 0 to `size` - 1.
-    void (*pick)(S* out, const S* row, const std::int32_t* offsets, std::ptrdiff_t width, std::ptrdiff_t size);
+    /// out[u] = row[bases[u / 8] + places[u]].
+    void (*pick)(S* out, const S* row, const PickPlan& plan);
 };
 
 /// The row kernels of one target depth. Every set gives the same pixels; they differ in speed only. An index target

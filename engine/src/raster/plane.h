@@ -71,4 +71,10 @@ Target<T> joined(const Target<T>& target) {
     return {target.first, target.rowStep, target.width * target.rows, 1};
 }
 
+/// The same for a blit: its rows must touch in the source too, and in the same order.
+template <typename T, typename S>
+Target<T> joined(const Target<T>& target, const Source<S>& source) {
+    return source.rowStep == source.step * target.width ? joined(target) : target;
+}
+
 }  // namespace Engine::Raster

@@ -103,8 +103,8 @@ void turnScalar(S* out, std::ptrdiff_t outStep, const Source<S>& source, std::pt
 }
 
 template <typename S>
-void pickScalar(S* out, const S* row, const std::int32_t* offsets, std::ptrdiff_t width, std::ptrdiff_t) {
-    for (std::ptrdiff_t u = 0; u < width; ++u) out[u] = row[offsets[u]];
+void pickScalar(S* out, const S* row, const PickPlan& plan) {
+    for (std::int32_t u = 0; u < plan.width; ++u) out[u] = row[plan.bases[u / 8] + plan.places[u]];
 }
 
 template <typename T>

@@ -20,7 +20,6 @@ struct ScaleAxis {
     int first;   ///< the target pixels first to last - 1, counted from start, have a source inside the image
     int last;
 
-    int sourceOf(int i) const { return origin + static_cast<int>(std::int64_t{i} * source / length); }
     bool empty() const { return first >= last; }
 };
 
@@ -57,13 +56,44 @@ inline std::optional<ScaleAxis> scaleAxis(std::int64_t origin, std::int64_t sour
                      static_cast<int>(source), static_cast<int>(firstFrom(0)), static_cast<int>(firstFrom(imageSize))};
 }
 
-/// Source offsets of target pixels in memory order, `count` of them from the `from`-th on.
-inline void sourceOffsets(const ScaleAxis& axis, bool backwards, std::int64_t unit, int from, int count,
-                          std::int32_t* offsets) {
-    for (int i = 0; i < count; ++i) {
-        const int pixel = backwards ? axis.last - 1 - from - i : axis.first + from + i;
-        offsets[i] = static_cast<std::int32_t>(axis.sourceOf(pixel) * unit);
+/// Walks the source pixels of an axis in memory order, by the error term.
+class ScaleWalk {
+  public:
+    /// Begins at the `from`-th drawn pixel of the axis. `unit` is the distance of source pixels in elements.
+    ScaleWalk(const ScaleAxis& axis, bool backwards, std::int64_t unit, int from)
+        : length_(axis.length),
+          whole_(axis.source / axis.length),
+          rest_(axis.source % axis.length),
+          backwards_(backwards),
+          unit_(unit) {
+        const int pixel = backwards ? axis.last - 1 - from : axis.first + from;
+        const std::int64_t product = std::int64_t{pixel} * axis.source;
+        source_ = axis.origin + static_cast<int>(product / axis.length);
+        error_ = static_cast<int>(product % axis.length);
     }
-}
+
+    std::int32_t offset() const { return static_cast<std::int32_t>(source_ * unit_); }
+
+    void advance() {
+        if (backwards_) {
+            error_ -= rest_;
+            source_ -= whole_ + (error_ < 0 ? 1 : 0);
+            error_ += error_ < 0 ? length_ : 0;
+        } else {
+            error_ += rest_;
+            source_ += whole_ + (error_ >= length_ ? 1 : 0);
+            error_ -= error_ >= length_ ? length_ : 0;
+        }
+    }
+
+  private:
+    int source_;
+    int error_;
+    int length_;
+    int whole_;
+    int rest_;
+    bool backwards_;
+    std::int64_t unit_;
+};
 
 }  // namespace Engine::Raster
