@@ -18,8 +18,17 @@ struct Options {
 
 int check(const Options& options) {
     const TextTable table = TextTable::read(options.texts);
-    std::cout << table.texts().size() << " texts, " << TextTable::keyCount - static_cast<int>(table.texts().size())
-              << " empty keys, " << table.languages().size() << " languages\n";
+    const int used = static_cast<int>(table.texts().size());
+    int free = 0;
+    auto text = table.texts().begin();
+    for (int key = 1; key < TextTable::keyCount; ++key) {
+        if (text != table.texts().end() && text->key == key)
+            ++text;
+        else if (!TextTable::isReserved(key))
+            ++free;
+    }
+    std::cout << used << " texts, " << TextTable::keyCount - used << " empty keys, " << free
+              << " of them free for texts, " << table.languages().size() << " languages\n";
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #include "tools/textc/textwriter.h"
 
+#include <set>
 #include <sstream>
 
 #include "tools/common/textfile.h"
@@ -8,6 +9,20 @@
 namespace {
 
 constexpr char marker[] = "// Made by textc from model/texts. Do not edit.\n";
+
+// The names are made for the model language, which has no keywords of C++.
+std::string identifier(const std::string& name) {
+    static const std::set<std::string> keywords = {
+        "and",      "asm",     "auto",     "bool",      "break",    "case",     "catch",     "char",   "class",
+        "concept",  "const",   "continue", "default",   "delete",   "do",       "double",    "else",   "enum",
+        "explicit", "export",  "extern",   "false",     "float",    "for",      "friend",    "goto",   "if",
+        "import",   "inline",  "int",      "long",      "module",   "mutable",  "namespace", "new",    "not",
+        "operator", "or",      "private",  "protected", "public",   "register", "requires",  "return", "short",
+        "signed",   "sizeof",  "static",   "struct",    "switch",   "template", "this",      "throw",  "true",
+        "try",      "typedef", "typename", "union",     "unsigned", "using",    "virtual",   "void",   "volatile",
+        "while",    "xor"};
+    return keywords.contains(name) ? name + "_" : name;
+}
 
 std::string literal(const std::string& text) {
     std::string result = "\"";
@@ -33,7 +48,7 @@ std::string header(const TextTable& texts) {
         << "/// By language, then by key. No entry is null; a key without a text has \"\".\n"
         << "extern const char* const* const tables[languageCount];\n\n";
     for (const Text& text : texts.texts())
-        out << "inline constexpr Engine::TextId " << text.name << "{" << text.key << "};\n";
+        out << "inline constexpr Engine::TextId " << identifier(text.name) << "{" << text.key << "};\n";
     out << "\n}  // namespace Texts\n";
     return out.str();
 }

@@ -47,22 +47,10 @@ std::string escaped(const std::string& text) {
     return cell;
 }
 
-bool isKeyword(const std::string& name) {
-    static const std::set<std::string> keywords = {
-        "and",      "asm",      "auto",      "bool",    "break",   "case",   "catch",    "char",    "class",
-        "const",    "continue", "default",   "delete",  "do",      "double", "else",     "enum",    "export",
-        "extern",   "false",    "float",     "for",     "friend",  "goto",   "if",       "inline",  "int",
-        "long",     "mutable",  "namespace", "new",     "not",     "or",     "operator", "private", "public",
-        "register", "return",   "short",     "signed",  "sizeof",  "static", "struct",   "switch",  "template",
-        "this",     "throw",    "true",      "try",     "typedef", "union",  "using",    "void",    "virtual",
-        "volatile", "while",    "xor",       "concept", "requires"};
-    return keywords.contains(name);
-}
-
 bool isIdentifier(const std::string& name) {
     const auto letter = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; };
     const auto inner = [&](char c) { return letter(c) || std::isdigit(static_cast<unsigned char>(c)) || c == '_'; };
-    return !name.empty() && letter(name.front()) && std::all_of(name.begin(), name.end(), inner) && !isKeyword(name);
+    return !name.empty() && letter(name.front()) && std::all_of(name.begin(), name.end(), inner);
 }
 
 std::vector<fs::path> textFiles(const fs::path& folder) {
@@ -95,8 +83,11 @@ void reportText(std::ostream& out, const Text& text, const std::vector<Language>
     };
     if (text.key < 1 || text.key >= TextTable::keyCount)
         problem() << "keys go from 1 to " << TextTable::keyCount - 1 << "\n";
+    if (TextTable::isReserved(text.key))
+        problem() << "keys " << TextTable::firstReserved << " to " << TextTable::lastReserved
+                  << " stay empty; take a free key below\n";
     if (!isIdentifier(text.name))
-        problem() << "the name must be a C++ identifier: letters, digits and underscores, a letter first, no keyword\n";
+        problem() << "the name must consist of letters, digits and underscores and begin with a letter\n";
     if (text.english().empty()) {
         problem() << "the English text is missing; a key without a text needs no row\n";
         return;

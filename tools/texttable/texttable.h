@@ -16,7 +16,7 @@ struct Language {
 /// One text in all languages, in UTF-8, escapes resolved. An empty translation is a missing one.
 struct Text {
     int key = 0;
-    std::string name;  ///< a C++ identifier
+    std::string name;  ///< letters, digits and underscores, a letter first
     std::vector<std::string> translations;
     std::filesystem::path file;
     int line = 0;
@@ -35,9 +35,15 @@ class TextTable {
   public:
     /// Keys run from 0 to keyCount - 1; keys without a row are empty texts, 0 always is.
     static constexpr int keyCount = 1454;
+    /// Together with key 0 these keys stay empty: their rows take their text at run time. One of them has a text.
+    static constexpr int firstReserved = 988, lastReserved = 1450, textWithinReserved = 1000;
+    static constexpr bool isReserved(int key) {
+        return key >= firstReserved && key <= lastReserved && key != textWithinReserved;
+    }
 
-    /// Throws InputError with all that is wrong, one line a problem: keys out of range or used twice, names that are no
-    /// identifiers or used twice, translations whose placeholders (%0, %1 ...) differ from the English ones.
+    /// Throws InputError with all that is wrong, one line a problem: keys out of range, reserved or used twice, names
+    /// that are no identifiers or used twice, translations whose placeholders (%0, %1 ...) differ from the English
+    /// ones.
     static TextTable read(const std::filesystem::path& folder);
 
     const std::vector<Language>& languages() const { return languages_; }
