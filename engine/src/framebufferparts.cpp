@@ -5,20 +5,37 @@ namespace Engine {
 
 using Raster::Area;
 
+namespace {
+
+bool contains(const Area& outer, const Area& inner) {
+    return inner.x >= outer.x && inner.y >= outer.y && inner.right() <= outer.right() &&
+           inner.bottom() <= outer.bottom();
+}
+
+/// What of a part is drawn. Nearly all parts lie inside, where there is nothing to cut.
+Raster::Cut cutOf(const ImagePart& part, const Area& drawable, const Image& image) {
+    const Area area = Area::of(part.place);
+    const Area whole{0, 0, static_cast<int>(image.width), static_cast<int>(image.height)};
+    if (contains(drawable, area) && contains(whole, {part.srcX, part.srcY, area.width, area.height}))
+        return {area, part.srcX, part.srcY};
+    return cutToImage(intersect(area, drawable), part.place, part.srcX, part.srcY, image);
+}
+
+}  // namespace
+
 /// Glyphs are small: what is the same for all of them is settled once.
 template <typename T>
 void Framebuffer<T>::drawParts(const Image& image, std::span<const ImagePart> parts) {
     if (!Raster::isDrawable(image)) return;
     const Area area = drawable();
+    const Raster::Canvas<T> surface = canvas();
     const auto stride = static_cast<std::ptrdiff_t>(image.width);
     byFormat<T>(imageStyle(Raster::Zero::Drawn), image, [&](const auto* pixels, const auto& kernel) {
         for (const ImagePart& part : parts) {
-            const Raster::Cut cut =
-                cutToImage(intersect(Area::of(part.place), area), part.place, part.srcX, part.srcY, image);
+            const Raster::Cut cut = cutOf(part, area, image);
             if (cut.area.empty()) continue;
-            const std::ptrdiff_t origin =
-                static_cast<std::ptrdiff_t>(cut.srcY) * stride + static_cast<std::ptrdiff_t>(cut.srcX);
-            alongRows(placed(canvas(), cut.area), Raster::turned(rotation_, pixels + origin, stride, cut.area), kernel);
+            const auto* const origin = pixels + static_cast<std::ptrdiff_t>(cut.srcY * stride + cut.srcX);
+            alongRows(placed(surface, cut.area), Raster::turned(surface.rotation, origin, stride, cut.area), kernel);
         }
     });
 }

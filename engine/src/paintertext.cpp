@@ -64,15 +64,16 @@ class LineList {
 
 /// Where the selected glyph of `code` goes with the pen at (x, y). False when it has no ink, or lies so far out that
 /// no surface reaches there.
-bool placeGlyph(const FontView& font, std::uint32_t code, bool tabularDigits, int x, int y, ImagePart& part) {
-    const int width = font.glyphWidth();
-    const int height = font.glyphHeight();
-    if (width == 0 || height == 0) return false;
-    const bool inCell = tabularDigits && FontView::isDigit(code);
-    const int left = x + (inCell ? (font.digitWidth() - width) / 2 : font.bearing());
-    const int top = y + font.inkTop();
+inline bool placeGlyph(const FontView& font, std::uint32_t code, bool inCell, int x, int y, ImagePart& part) {
+    const FontView::Glyph glyph = font.glyph();
+    if (glyph.width == 0 || glyph.height == 0) return false;
+    const int left = x + (inCell ? (font.digitWidth() - glyph.width) / 2 : glyph.bearing);
+    const int top = y + font.inkTop(glyph.atlasY);
     if (!fitsInt16(left) || !fitsInt16(top)) return false;
-    part = {{narrow(left), narrow(top), narrow(width), narrow(height)}, font.atlasX(), font.atlasY(), font.keyOf(code)};
+    part = {{narrow(left), narrow(top), narrow(glyph.width), narrow(glyph.height)},
+            glyph.atlasX,
+            glyph.atlasY,
+            font.keyOf(code)};
     return true;
 }
 
@@ -82,7 +83,11 @@ bool placeGlyph(const FontView& font, std::uint32_t code, bool tabularDigits, in
 class Painter::TextDrawer {
   public:
     TextDrawer(Painter& painter, Rect rect)
-        : painter_(painter), font_(*painter.font_), atlas_(font_.atlas()), rect_(rect) {}
+        : painter_(painter),
+          font_(*painter.font_),
+          atlas_(font_.atlas()),
+          tabularDigits_(painter.tabularDigits_),
+          rect_(rect) {}
     TextDrawer(const TextDrawer&) = delete;
     TextDrawer& operator=(const TextDrawer&) = delete;
     ~TextDrawer() { flush(); }
@@ -103,9 +108,9 @@ class Painter::TextDrawer {
     void select(std::uint32_t code) { font_.select(code, !painter_.isGlyphCached(font_.keyOf(code))); }
 
     void drawSelected(std::uint32_t code) {
-        if (placeGlyph(font_, code, painter_.tabularDigits_, pen_, y_, run_[runLength_]) && ++runLength_ == run_.size())
-            flush();
-        pen_ += font_.advanceOf(code, painter_.tabularDigits_);
+        const bool inCell = tabularDigits_ && FontView::isDigit(code);
+        if (placeGlyph(font_, code, inCell, pen_, y_, run_[runLength_]) && ++runLength_ == run_.size()) flush();
+        pen_ += font_.advanceOf(code, tabularDigits_);
     }
 
     void drawDots(int x) {
@@ -122,7 +127,7 @@ class Painter::TextDrawer {
             drawSelected(code);
             return true;
         }
-        const int behind = pen_ + font_.advanceOf(code, painter_.tabularDigits_);
+        const int behind = pen_ + font_.advanceOf(code, tabularDigits_);
         const int limit = rect_.x + dots;
         if (limit > behind) {
             pen_ = behind;
@@ -151,6 +156,7 @@ class Painter::TextDrawer {
     Painter& painter_;
     FontView font_;
     Image atlas_;
+    bool tabularDigits_;
     Rect rect_;
     int pen_ = 0;
     int y_ = 0;
@@ -165,7 +171,7 @@ void Painter::drawParts(const Image& image, std::span<const ImagePart> parts) {
 int Painter::drawChar(std::uint32_t code, int x, int y) {
     if (font_ == nullptr) return 0;
     const FontView font(*font_);
-    if (ImagePart part; placeGlyph(font, code, tabularDigits_, x, y, part)) {
+    if (ImagePart part; placeGlyph(font, code, tabularDigits_ && FontView::isDigit(code), x, y, part)) {
         if (haloRadius_ < 1) {
             drawImage(font.atlas(), part.srcX, part.srcY, part.place, part.key);
         } else {

@@ -116,9 +116,10 @@ void TextLayout::startLine(const char* begin) {
 }
 
 void TextLayout::growExtent() {
-    const int top = font_.inkTop();
+    const FontView::Glyph glyph = font_.glyph();
+    const int top = font_.inkTop(glyph.atlasY);
     line_.top = std::min(line_.top, top);
-    line_.bottom = std::max(line_.bottom, top + font_.glyphHeight());
+    line_.bottom = std::max(line_.bottom, top + glyph.height);
 }
 
 }  // namespace Engine
