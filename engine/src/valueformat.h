@@ -14,7 +14,11 @@ class TextWriter {
     TextWriter(const TextWriter&) = delete;
     TextWriter& operator=(const TextWriter&) = delete;
 
-    void put(char character) { append({&character, 1}); }
+    void put(char character) {
+        if (room() == 0) return;
+        buffer_[length_++] = character;
+        buffer_[length_] = '\0';
+    }
     void append(std::string_view text);
     /// As vprintf.
     [[gnu::format(printf, 2, 0)]] void print(const char* format, va_list arguments);

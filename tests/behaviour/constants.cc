@@ -39,6 +39,7 @@ struct Table {
     const unsigned char* address() const;
     unsigned int rowSize() const;
     unsigned int rowDimension() const;
+    unsigned int width() const;
     int properties(unsigned int row) const;
     template <typename T>
     const ValueProvider<T>* getVariable(unsigned int column, unsigned int row) const;

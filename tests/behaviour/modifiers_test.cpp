@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "backend/var.h"
 #include "embedded-gui-engine/booliconmodifier.h"
 #include "embedded-gui-engine/compare.h"
 #include "embedded-gui-engine/condelse.h"
@@ -128,6 +129,7 @@ TEST(BoolIconModifier, ChoosesAnImage) {
 struct FakeArray {
     const char* name() const { return "VarTable"; }
     unsigned int rowSize() const { return 3; }
+    unsigned int width() const { return recordSize; }
     unsigned int rowDimension() const { return liveRows; }
     int properties(unsigned int row) const { return row == 1 ? 0 : PropertyExists; }
     const unsigned char* address() const { return records; }
@@ -138,6 +140,7 @@ struct FakeArray {
 
     const ValueProvider<int>* cells[2][3]{};
     unsigned int liveRows = 3;
+    unsigned int recordSize = 32;
     const unsigned char* records = nullptr;
 };
 
@@ -165,6 +168,26 @@ TEST(ArrayModifierFormat, FollowsOneCell) {
     row.setValue(0);
     modifier.update();
     EXPECT_STREQ(text.text(), "(11)");
+}
+
+TEST(ArrayModifierFormat, TakesTheCellsOfABackendTable) {
+    using namespace Backend::Variable;
+    Backend::IntVar cells[2] = {Backend::IntVar("T.Number"), Backend::IntVar("T.Number")};
+    const Column columns[] = {{CellKind::Int, cells, 1, 0, 4}};
+    std::int32_t records[2] = {7, 8};
+    auto* const area = reinterpret_cast<unsigned char*>(records);
+    const Backend::ArrayVar array("T", 1, 2, {columns, &area, 0, sizeof records[0]});
+    cells[1].setValue(42);
+    char storage[16] = "";
+    StringProvider<int> text("<%i>", nullptr, nullptr, storage);
+    ArrayModifierFormat<Backend::ArrayVar, int>(&array, 0, &text).setRow(1);
+    EXPECT_STREQ(text.text(), "<42>");
+
+    Label label(WidgetParams{}, {}, "kept");
+    Label* const shown[] = {&label};
+    InfoModifier<Backend::ArrayVar>(&array, {.labels = shown}).update();
+    WarningsModifier<Backend::ArrayVar>(&array, {.labels = shown}).update();
+    EXPECT_STREQ(label.text(), "kept") << "records that are too short are not read";
 }
 
 const char* textOf(TextId id) {
@@ -218,6 +241,7 @@ TEST(WarningsModifier, TakesTheRowAsItsMessage) {
     const std::uint32_t arguments[] = {7, 0x3fc00000};
     std::memcpy(records + 2 * 24 + 8, arguments, sizeof arguments);
     FakeArray array;
+    array.recordSize = 24;
     array.records = records;
     Label labels[3] = {Label(WidgetParams{}, {}, "a"), Label(WidgetParams{}, {}, "b"), Label(WidgetParams{}, {}, "c")};
     Label* const shown[] = {&labels[0], &labels[1], &labels[2]};

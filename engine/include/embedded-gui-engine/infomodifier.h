@@ -17,9 +17,9 @@ class InfoModifier : public RecordModifier {
 
     void update(std::intptr_t = 0, std::intptr_t = 0) override {
         refresh();
-        if (source_ == nullptr || source_->address() == nullptr) return;
+        if (source_ == nullptr) return;
         const auto* records = static_cast<const std::byte*>(static_cast<const void*>(source_->address()));
-        for (int index = 0; index < shownCount(*source_); ++index) {
+        for (int index = 0, count = shownCount(*source_, RecordSize); index < count; ++index) {
             const std::byte* record = records + index * RecordSize;
             std::int32_t message;
             std::memcpy(&message, record, sizeof message);

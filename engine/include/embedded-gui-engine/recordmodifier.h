@@ -34,11 +34,13 @@ class RecordModifier : public TextReferenceModifier {
     void refresh() {
         if (refresher_ != nullptr) refresher_->update();
     }
-    /// Records that have a label. The live count comes from outside, so it is held within the table.
+    /// Records that have a label. The live count comes from outside, so it is held within the table; a table of shorter
+    /// records has none.
     template <typename Array>
-    int shownCount(const Array& source) const {
-        const int built = static_cast<int>(source.rowSize());
-        return std::clamp(std::min(static_cast<int>(source.rowDimension()), built), 0, static_cast<int>(labelCount_));
+    int shownCount(const Array& source, unsigned int recordSize) const {
+        if (source.address() == nullptr || source.width() < recordSize) return 0;
+        const unsigned int live = std::min<unsigned int>(source.rowDimension(), source.rowSize());
+        return static_cast<int>(std::min(live, static_cast<unsigned int>(labelCount_)));
     }
     /// Gives label `index` the text of `message`, "UNDEFINED" when there is none, with ArgumentCount words at
     /// `arguments`.

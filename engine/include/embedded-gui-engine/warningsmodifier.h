@@ -16,9 +16,9 @@ class WarningsModifier : public RecordModifier {
 
     void update(std::intptr_t = 0, std::intptr_t = 0) override {
         refresh();
-        if (source_ == nullptr || source_->address() == nullptr) return;
+        if (source_ == nullptr) return;
         const auto* records = static_cast<const std::byte*>(static_cast<const void*>(source_->address()));
-        for (int index = 0; index < shownCount(*source_); ++index) {
+        for (int index = 0, count = shownCount(*source_, RecordSize); index < count; ++index) {
             if ((source_->properties(static_cast<unsigned>(index)) & PropertyExists) == 0) continue;
             show(index, index, records + index * RecordSize + ArgumentOffset);
         }
