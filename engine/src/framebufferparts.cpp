@@ -23,21 +23,27 @@ Raster::Cut cutOf(const ImagePart& part, const Area& drawable, const Image& imag
 
 }  // namespace
 
-/// Glyphs are small: what is the same for all of them is settled once.
+/// Glyphs are small: what is the same for all of them is settled once, and their way to the kernel is short.
 template <typename T>
 void Framebuffer<T>::drawParts(const Image& image, std::span<const ImagePart> parts) {
-    if (!Raster::isDrawable(image)) return;
+    const bool invisible = sizeof(T) > 1 && Raster::alpha(Raster::foregroundOf(colors_)) == 0;
+    const bool fullDepth = sizeof(T) == 1 || sampleBits_ == Raster::fullDepth;
+    if (image.format != Image::Mask8 || !fullDepth || invisible || !Raster::isDrawable(image))
+        return Painter::drawParts(image, parts);
+
     const Area area = drawable();
     const Raster::Canvas<T> surface = canvas();
+    const auto* const samples = static_cast<const std::uint8_t*>(image.pixels);
     const auto stride = static_cast<std::ptrdiff_t>(image.width);
-    byFormat<T>(imageStyle(Raster::Zero::Drawn), image, [&](const auto* pixels, const auto& kernel) {
-        for (const ImagePart& part : parts) {
-            const Raster::Cut cut = cutOf(part, area, image);
-            if (cut.area.empty()) continue;
-            const auto* const origin = pixels + static_cast<std::ptrdiff_t>(cut.srcY * stride + cut.srcX);
-            alongRows(placed(surface, cut.area), Raster::turned(surface.rotation, origin, stride, cut.area), kernel);
-        }
-    });
+    const auto mask = kernels_->mask;
+    const Color color = Raster::foregroundOf(colors_);
+    for (const ImagePart& part : parts) {
+        const Raster::Cut cut = cutOf(part, area, image);
+        if (cut.area.empty()) continue;
+        const std::uint8_t* const origin = samples + static_cast<std::ptrdiff_t>(cut.srcY * stride + cut.srcX);
+        alongRows(placed(surface, cut.area), Raster::turned(surface.rotation, origin, stride, cut.area),
+                  [&](const auto& target, const auto& source) { mask(target, source, color); });
+    }
 }
 
 template void Framebuffer<unsigned char>::drawParts(const Image&, std::span<const ImagePart>);

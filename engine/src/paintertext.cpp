@@ -64,7 +64,8 @@ class LineList {
 
 /// Where the selected glyph of `code` goes with the pen at (x, y). False when it has no ink, or lies so far out that
 /// no surface reaches there.
-inline bool placeGlyph(const FontView& font, std::uint32_t code, bool inCell, int x, int y, ImagePart& part) {
+[[gnu::always_inline]] inline bool placeGlyph(const FontView& font, std::uint32_t code, bool inCell, int x, int y,
+                                              ImagePart& part) {
     const FontView::Glyph glyph = font.glyph();
     if (glyph.width == 0 || glyph.height == 0) return false;
     const int left = x + (inCell ? (font.digitWidth() - glyph.width) / 2 : glyph.bearing);

@@ -29,6 +29,7 @@ std::uint32_t searchCode(const std::uint16_t* codes, std::uint32_t count, std::u
 
 std::uint32_t PreGeneratedFont::searchGlyph(std::uint32_t code) const {
     if (code >= data_->codeLimit) return 0;
+    if (data_->glyphCount > 1 && data_->codeTable[1] == code) return 1;  // the line feed, as a rule
     return searchCode(data_->codeTable, data_->glyphCount, code);
 }
 

@@ -19,13 +19,15 @@ struct Wide {
     }
     static void store(std::uint32_t* p, Register value) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), value); }
     // The eight bytes stand in both halves, so that one shuffle widens and spreads them.
-    static Register loadWeights(const std::uint8_t* p) {
-        return _mm256_shuffle_epi8(both(p), _mm256_setr_epi8(0, 0, 0, -1, 1, 1, 1, -1, 2, 2, 2, -1, 3, 3, 3, -1, 4, 4,
-                                                             4, -1, 5, 5, 5, -1, 6, 6, 6, -1, 7, 7, 7, -1));
+    static Register loadWeights(const std::uint8_t* p) { return spreadBytes(both(p)); }
+    static Register loadWeightsReversed(const std::uint8_t* p) { return spreadBytesReversed(both(p - 7)); }
+    static Register spreadBytes(Register bytes) {
+        return _mm256_shuffle_epi8(bytes, _mm256_setr_epi8(0, 0, 0, -1, 1, 1, 1, -1, 2, 2, 2, -1, 3, 3, 3, -1, 4, 4, 4,
+                                                           -1, 5, 5, 5, -1, 6, 6, 6, -1, 7, 7, 7, -1));
     }
-    static Register loadWeightsReversed(const std::uint8_t* p) {
-        return _mm256_shuffle_epi8(both(p - 7), _mm256_setr_epi8(7, 7, 7, -1, 6, 6, 6, -1, 5, 5, 5, -1, 4, 4, 4, -1, 3,
-                                                                 3, 3, -1, 2, 2, 2, -1, 1, 1, 1, -1, 0, 0, 0, -1));
+    static Register spreadBytesReversed(Register bytes) {
+        return _mm256_shuffle_epi8(bytes, _mm256_setr_epi8(7, 7, 7, -1, 6, 6, 6, -1, 5, 5, 5, -1, 4, 4, 4, -1, 3, 3, 3,
+                                                           -1, 2, 2, 2, -1, 1, 1, 1, -1, 0, 0, 0, -1));
     }
     static Register both(const std::uint8_t* p) {
         return _mm256_set1_epi64x(static_cast<long long>(wordAt<std::uint64_t>(p)));
@@ -97,6 +99,69 @@ void fillVector(const Target<T>& target, T value) {
     }
 }
 
+/// Two Quads in one register, for rows of 4 to 8 pixels: they begin and end with the row and may overlap. Both are
+/// loaded before either is stored, so that what lies under both is mixed once.
+struct TwoQuads {
+    static __m256i load(const std::uint32_t* p, std::ptrdiff_t second) {
+        return _mm256_inserti128_si256(_mm256_castsi128_si256(Quad::load(p)), Quad::load(p + second), 1);
+    }
+    static void store(std::uint32_t* p, std::ptrdiff_t second, __m256i value) {
+        Quad::store(p, _mm256_castsi256_si128(value));
+        Quad::store(p + second, _mm256_extracti128_si256(value, 1));
+    }
+    static __m256i loadBytes(const std::uint8_t* p, const std::uint8_t* second) {
+        const __m128i word = _mm_cvtsi32_si128(static_cast<int>(wordAt<std::uint32_t>(p)));
+        return _mm256_broadcastq_epi64(_mm_insert_epi32(word, static_cast<int>(wordAt<std::uint32_t>(second)), 1));
+    }
+    static __m256i loadWeights(Forwards, const std::uint8_t* p, std::ptrdiff_t second) {
+        return Wide::spreadBytes(loadBytes(p, p + second));
+    }
+    static __m256i loadWeights(Backwards, const std::uint8_t* p, std::ptrdiff_t second) {
+        return Wide::spreadBytesReversed(loadBytes(p - second - 3, p - 3));
+    }
+};
+
+template <typename Direction>
+[[gnu::always_inline]] inline void maskTwoQuads(const Target<std::uint32_t>& target, const Source<std::uint8_t>& source,
+                                                Color color) {
+    const __m256i ink = repeated<__m256i>(color);
+    const std::ptrdiff_t second = target.width - Quad::count;
+    const std::ptrdiff_t rowStep = target.rowStep, sourceStep = source.rowStep;
+    std::uint32_t* row = target.first;
+    const std::uint8_t* from = source.first;
+    for (std::ptrdiff_t v = target.rows; v > 0; --v, row += rowStep, from += sourceStep)
+        TwoQuads::store(row, second,
+                        mix(ink, TwoQuads::load(row, second), TwoQuads::loadWeights(Direction{}, from, second)));
+}
+
+/// The same with two Wides, for rows of 8 to 16 pixels.
+template <typename Direction>
+[[gnu::always_inline]] inline void maskTwoWides(const Target<std::uint32_t>& target, const Source<std::uint8_t>& source,
+                                                Color color) {
+    const __m256i ink = repeated<__m256i>(color);
+    const std::ptrdiff_t second = target.width - Wide::count;
+    const std::ptrdiff_t rowStep = target.rowStep, sourceStep = source.rowStep;
+    std::uint32_t* row = target.first;
+    const std::uint8_t* from = source.first;
+    for (std::ptrdiff_t v = target.rows; v > 0; --v, row += rowStep, from += sourceStep) {
+        const __m256i first = mix(ink, Wide::load(row), Direction::load(Wide{}, from, 0));
+        const __m256i last = mix(ink, Wide::load(row + second), Direction::load(Wide{}, from, second));
+        Wide::store(row, first);
+        Wide::store(row + second, last);
+    }
+}
+
+/// Glyphs and icons are seldom wider than 16 pixels, and their odd widths would take up to four pieces a row.
+void maskAvx2(const Target<std::uint32_t>& target, const Source<std::uint8_t>& source, Color color) {
+    const std::ptrdiff_t width = target.width;
+    if (width < Quad::count || width > 2 * Wide::count) return maskVector(target, source, color);
+    const bool forwards = source.step == 1;
+    if (width <= Wide::count)
+        forwards ? maskTwoQuads<Forwards>(target, source, color) : maskTwoQuads<Backwards>(target, source, color);
+    else
+        forwards ? maskTwoWides<Forwards>(target, source, color) : maskTwoWides<Backwards>(target, source, color);
+}
+
 template <typename S>
 void turnVector(S* out, std::ptrdiff_t outStep, const Source<S>& source, std::ptrdiff_t width, std::ptrdiff_t rows) {
     if constexpr (sizeof(S) == 1)
@@ -127,6 +192,7 @@ template <typename T>
 constexpr Kernels<T> set = [] {
     Kernels<T> kernels = vectorKernels<T>();
     kernels.fill = fillVector<T>;
+    if constexpr (sizeof(T) == 4) kernels.mask = maskAvx2;
     return kernels;
 }();
 template <typename S>
