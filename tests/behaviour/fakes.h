@@ -101,11 +101,17 @@ class LogCapture {
         lines().clear();
         Engine::hooks().log = [](int level, const char*, int, const char* format, va_list arguments) {
             char text[512];
+// The format is that of the logging call.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
             std::vsnprintf(text, sizeof text, format, arguments);
+#pragma GCC diagnostic pop
             lines().push_back(std::to_string(level) + " " + text);
         };
     }
-    ~LogCapture() { Engine::hooks().log = previous_; }
+    ~LogCapture() {
+        Engine::hooks().log = previous_;
+    }
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 

@@ -42,9 +42,11 @@ TEST(FireEvent, PostsAndAnswersTrue) {
     EXPECT_TRUE(heard.value());
 }
 
+constexpr WidgetParams FieldParams{};
+
 class Field : public Widget {
   public:
-    explicit Field(bool focusable = true) : Widget(WidgetParams{}), focusable_(focusable) {}
+    explicit Field(bool focusable = true) : Widget(FieldParams), focusable_(focusable) {}
     void setFocused(bool focused) override { focused_ = focused; }
     bool isFocused() const override { return focused_; }
     bool isFocusable() const override { return focusable_; }
