@@ -32,9 +32,6 @@ constexpr Color grey = 0xFF404040;
 
 using Pixels = std::vector<unsigned int>;
 
-Engine::PreGeneratedFont& textFont() {
-    return Assets::fonts[8];
-}  // lines of 16 pixels
 Engine::PreGeneratedFont& rowFont() {
     return Assets::fonts[6];
 }  // lines of 29 pixels
@@ -190,33 +187,45 @@ std::vector<std::string> textLines() {
     return lines;
 }
 
-void text(benchmark::State& state) {
+/// Each line is a text of its own, as labels are; `pitch` pixels apart.
+void text(benchmark::State& state, Engine::PreGeneratedFont& font, int pitch) {
     Pixels ourPixels(static_cast<std::size_t>(screenWidth) * screenHeight, black);
     Pixels peerPixels = ourPixels;
     Engine::Framebuffer<unsigned int> painter(screenWidth, screenHeight, 8, ourPixels.data(), 0);
-    painter.setFont(&textFont());
+    painter.setFont(&font);
     painter.setForeground(white);
     PixmanScreen screen(peerPixels);
-    screen.cacheFont(textFont());
+    screen.cacheFont(font);
     const PixmanImage ink = PixmanScreen::solid(white);
 
-    std::string whole;
-    std::vector<PlacedGlyph> placed;
+    const std::vector<std::string> lines = textLines();
+    std::vector<std::vector<PlacedGlyph>> placed;
     int y = 0;
-    for (const std::string& line : textLines()) {
-        whole += (whole.empty() ? "" : "\n") + line;
-        const auto glyphs = placeLine(textFont(), line, 0, y);
-        placed.insert(placed.end(), glyphs.begin(), glyphs.end());
-        y += textFont().lineHeight();
+    for (const std::string& line : lines) {
+        placed.push_back(placeLine(font, line, 0, y));
+        y += pitch;
     }
     race(
         state, ourPixels, peerPixels,
         [&] {
-            painter.drawText(whole.c_str(), {0, 0, screenWidth, screenHeight}, 0, 0, -1);
+            Rect rect{0, 0, screenWidth, static_cast<std::int16_t>(pitch)};
+            for (const std::string& line : lines) {
+                painter.drawText(line.c_str(), rect, 0, 0, -1);
+                rect.y = static_cast<std::int16_t>(rect.y + pitch);
+            }
         },
-        [&] { screen.drawGlyphs(textFont(), placed, ink.get()); });
+        [&] {
+            for (const auto& line : placed) screen.drawGlyphs(font, line, ink.get());
+        });
 }
-BENCHMARK(text)->Unit(benchmark::kMicrosecond);
+void text16(benchmark::State& state) {
+    text(state, Assets::fonts[7], 20);
+}
+void text12(benchmark::State& state) {
+    text(state, Assets::fonts[8], 16);
+}
+BENCHMARK(text16)->Unit(benchmark::kMicrosecond);
+BENCHMARK(text12)->Unit(benchmark::kMicrosecond);
 
 constexpr int rowHeight = 48;
 constexpr int titleHeight = 40;

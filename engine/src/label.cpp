@@ -83,7 +83,7 @@ void Label::adaptHeight() {
     applyStyle(*painter);
     int height = baseHeight_;
     if (Font* const font = painter->font(); font != nullptr) {
-        TextLayout layout(*font, text_, {painter->wrap(), width_, painter->tabularDigits(), -1, false});
+        TextLayout layout(FontView(*font), text_, {painter->wrap(), width_, painter->tabularDigits(), -1, false});
         TextLine line;
         layout.next(line);
         while (layout.next(line)) height += font->lineHeight();

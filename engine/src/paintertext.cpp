@@ -36,7 +36,7 @@ int lineStart(Rect rect, Align align, int width) {
     return align == Align::End ? rect.x + slack - 1 : rect.x;
 }
 
-/// The lines of a text whose number must be known before the first one is drawn. As many as a screen shows are kept;
+/// The lines of a text whose number must be known before the first one is drawn. As many as nearly all texts have are kept;
 /// longer texts are laid out once more from there, so that nothing is allocated.
 class LineList {
   public:
@@ -55,7 +55,7 @@ class LineList {
     }
 
   private:
-    std::array<TextLine, 32> lines_;
+    std::array<TextLine, 8> lines_;
     std::size_t kept_ = 0;
     std::size_t at_ = 0;
     int beyond_ = 0;
@@ -83,12 +83,8 @@ class LineList {
 /// Draws the lines of one text. Glyphs are gathered and handed to the target in runs.
 class Painter::TextDrawer {
   public:
-    TextDrawer(Painter& painter, Rect rect)
-        : painter_(painter),
-          font_(*painter.font_),
-          atlas_(font_.atlas()),
-          tabularDigits_(painter.tabularDigits_),
-          rect_(rect) {}
+    TextDrawer(Painter& painter, const FontView& font, Rect rect)
+        : painter_(painter), font_(font), atlas_(font_.atlas()), tabularDigits_(painter.tabularDigits_), rect_(rect) {}
     TextDrawer(const TextDrawer&) = delete;
     TextDrawer& operator=(const TextDrawer&) = delete;
     ~TextDrawer() { flush(); }
@@ -162,7 +158,7 @@ class Painter::TextDrawer {
     int pen_ = 0;
     int y_ = 0;
     std::size_t runLength_ = 0;
-    std::array<ImagePart, 64> run_;
+    std::array<ImagePart, 32> run_;
 };
 
 void Painter::drawParts(const Image& image, std::span<const ImagePart> parts) {
@@ -185,7 +181,7 @@ int Painter::drawChar(std::uint32_t code, int x, int y) {
 std::vector<TextLine> Painter::layoutText(const char* text, Rect rect, int maxChars) const {
     std::vector<TextLine> lines;
     if (font_ == nullptr) return lines;
-    TextLayout layout(*font_, text, {wrap_, rect.width, tabularDigits_, maxChars});
+    TextLayout layout(FontView(*font_), text, {wrap_, rect.width, tabularDigits_, maxChars});
     for (TextLine line; layout.next(line);) lines.push_back(line);
     return lines;
 }
@@ -193,17 +189,18 @@ std::vector<TextLine> Painter::layoutText(const char* text, Rect rect, int maxCh
 int Painter::drawText(const char* text, Rect rect, int scrollX, int scrollY, int maxChars) {
     if (font_ == nullptr) return rect.x;
     if (text == nullptr) text = "";
-    LineList lines(TextLayout(*font_, text, {wrap_, rect.width, tabularDigits_, maxChars, false}));
+    FontView font(*font_);
+    LineList lines(TextLayout(font, text, {wrap_, rect.width, tabularDigits_, maxChars, false}));
 
     int dots = 0;
     if (ellipsis_ != 0) {
-        font_->selectGlyph(fullStop, false);
-        dots = dotCount * font_->advance() * (ellipsis_ == 1 ? -1 : 1);
+        font.select(fullStop, false);
+        dots = dotCount * font.advanceOf(fullStop, false) * (ellipsis_ == 1 ? -1 : 1);
     }
-    const int lineHeight = font_->lineHeight();
+    const int lineHeight = font.lineHeight();
     int y = firstLineTop(rect, verticalAlign_, lines.count(), lineHeight) + scrollY;
     int pen = rect.x;
-    TextDrawer drawer(*this, rect);
+    TextDrawer drawer(*this, font, rect);
     for (TextLine line; lines.next(line); y += lineHeight) {
         const bool tooLong = dots != 0 && line.width > rect.width;
         const Align align = !tooLong ? horizontalAlign_ : Align::Start;
@@ -218,7 +215,7 @@ void Painter::measureText(const char* text, Rect rect, int* width, int* height, 
     int widest = 0;
     int lines = 0;
     if (font_ != nullptr) {
-        TextLayout layout(*font_, text, {wrap_, rect.width, tabularDigits_, maxChars, false});
+        TextLayout layout(FontView(*font_), text, {wrap_, rect.width, tabularDigits_, maxChars, false});
         for (TextLine line; layout.next(line); ++lines) widest = line.width > widest ? line.width : widest;
     }
     if (width != nullptr) *width = widest;
@@ -230,7 +227,7 @@ void Painter::textBounds(const char* text, Rect rect, Rect& outRect, int maxChar
     int width = 0;
     int lines = 0;
     if (font_ != nullptr) {
-        TextLayout layout(*font_, text, {wrap_, rect.width, tabularDigits_, maxChars, false});
+        TextLayout layout(FontView(*font_), text, {wrap_, rect.width, tabularDigits_, maxChars, false});
         for (TextLine line; layout.next(line); ++lines) {
             const int start = lineStart(rect, horizontalAlign_, line.width);
             left = start < left ? start : left;

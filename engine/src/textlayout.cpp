@@ -7,12 +7,12 @@
 
 namespace Engine {
 
-TextLayout::TextLayout(Font& font, const char* text, const Rules& rules)
+TextLayout::TextLayout(const FontView& font, const char* text, const Rules& rules)
     : font_(font),
       text_(text != nullptr ? text : ""),
       rules_(rules),
       charsLeft_(rules.maxChars < 0 ? std::numeric_limits<int>::max() : rules.maxChars),
-      lineHeight_(font_.lineHeight()),
+      lineHeight_(font.lineHeight()),
       position_(text_),
       aheadEnd_(text_),
       ahead_(decodeUtf8(aheadEnd_)),

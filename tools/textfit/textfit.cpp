@@ -70,7 +70,7 @@ class Measurement {
     }
 
     void layOut() {
-        TextLayout layout(*spot_.font, text_.c_str(), {spot_.wrap, contentWidth(), true});
+        TextLayout layout(Engine::FontView(*spot_.font), text_.c_str(), {spot_.wrap, contentWidth(), true});
         for (TextLine line; layout.next(line);) lines_.push_back(line);
     }
 
@@ -109,7 +109,7 @@ class Measurement {
             const std::int32_t end = lines_[i].byteStart + lines_[i].byteCount;
             if (lines_[i + 1].byteStart != end || !joinsWord(end)) continue;
             const char* const word = wordAround(end);
-            TextLayout layout(*spot_.font, word, {false, 0, true});
+            TextLayout layout(Engine::FontView(*spot_.font), word, {false, 0, true});
             TextLine whole;
             layout.next(whole);
             add(Fault::WordBroken, whole.width, contentWidth());

@@ -25,8 +25,8 @@ class TextLayout {
         bool extent = true;  ///< fill in `top` and `bottom` of the lines
     };
 
-    /// Neither is owned; a null `text` is an empty one. An empty text gives one line of zeros.
-    TextLayout(Font& font, const char* text, const Rules& rules);
+    /// Neither font nor text is owned; a null `text` is an empty one. An empty text gives one line of zeros.
+    TextLayout(const FontView& font, const char* text, const Rules& rules);
 
     /// False when there is no further line.
     bool next(TextLine& line);
