@@ -22,14 +22,14 @@ void linkUnit(const UnitLink& unit) {
 
 }  // namespace
 
-void link(const ModelLink& model, const Backend::VariableSet& variables) {
+void link(const ModelLink& model, const Backend::VariableSet& all) {
     static const ModelLink* linked = nullptr;
     if (linked == &model) return;
     linked = &model;
     for (const UnitLink* unit : model.units) linkUnit(*unit);
     for (const ObserverTie& tie : model.ties)
         tie.subject->attach(tie.observers.data(), static_cast<unsigned>(tie.observers.size()));
-    Backend::syncAll(variables, true);
+    Backend::syncAll(all, true);
 }
 
 }  // namespace Model

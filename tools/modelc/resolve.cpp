@@ -357,8 +357,7 @@ const VariableInfo* Resolver::cell(const Expr& expr, const IndexExpr& node) {
 std::optional<unsigned> Resolver::event(const ExprPtr& expr) {
     const auto* name = std::get_if<NameExpr>(&expr->node);
     if (name != nullptr && name->parts.size() == 1) {
-        const std::string& wanted = name->parts.front();
-        if (wanted == "touch") return names_.events.at("Event_TouchTouched");
+        const std::string wanted = name->parts.front() == "touch" ? "Event_TouchTouched" : name->parts.front();
         if (const auto found = names_.events.find(wanted); found != names_.events.end()) return found->second;
         diagnostics_.error(expr->span, "there is no event '" + wanted + "'",
                            didYouMean(wanted, Names::keys(names_.events)));
