@@ -1,0 +1,176 @@
+#include "platform/virtual/driver.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cassert>
+#include <cerrno>
+
+namespace Platform::Virtual {
+
+namespace {
+
+constexpr std::int64_t second = 1'000'000'000;
+
+std::int64_t machineTime() {
+    timespec now;
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t{now.tv_sec} * second + now.tv_nsec;
+}
+
+void announce(ControlBlock& block) {
+    ++block.sequence;
+    futexWake(block.sequence);
+}
+
+}  // namespace
+
+Driver::~Driver() {
+    releaseVsync();
+    releaseClock();
+    for (const auto& stream : streams_) ::close(stream.second);
+}
+
+// The shared lock is what tells the product that a hold has somebody behind it.
+void Driver::lockHolds() {
+    if (lock_ >= 0) return;
+    lock_ = ::open(instance_.file("driver.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    while (lock_ >= 0 && ::flock(lock_, LOCK_SH) != 0 && errno == EINTR) {
+    }
+}
+
+void Driver::unlockHolds() {
+    if (holdsVsync_ || holdsClock_ || lock_ < 0) return;
+    ::close(lock_);
+    lock_ = -1;
+}
+
+void Driver::holdVsync() {
+    lockHolds();
+    holdsVsync_ = true;
+    instance_.control().vsyncHeld = 1;
+    announce(instance_.control());
+}
+
+void Driver::releaseVsync() {
+    if (!holdsVsync_) return;
+    ControlBlock& block = instance_.control();
+    block.permits = 0;
+    block.vsyncHeld = 0;
+    announce(block);
+    holdsVsync_ = false;
+    unlockHolds();
+}
+
+void Driver::step(unsigned count) {
+    instance_.control().permits += count;
+    announce(instance_.control());
+}
+
+bool Driver::awaitRest(int milliseconds) {
+    ControlBlock& block = instance_.control();
+    const std::int64_t end = machineTime() + milliseconds * std::int64_t{1'000'000};
+    for (;;) {
+        // Permits first: see ControlBlock.
+        const bool taken = block.permits == 0;
+        const std::uint32_t resting = block.resting;
+        if (taken && resting != 0) return true;
+        const std::int64_t left = end - machineTime();
+        if (left <= 0) return false;
+        futexWait(block.resting, resting, static_cast<int>(left / 1'000'000) + 1);
+    }
+}
+
+void Driver::holdClock() {
+    holdClockAt(time());
+}
+
+void Driver::holdClockAt(std::int64_t time) {
+    lockHolds();
+    holdsClock_ = true;
+    instance_.control().heldTime = time;
+    instance_.control().clockHeld = 1;
+}
+
+void Driver::advanceClock(std::int64_t duration) {
+    assert(instance_.control().clockHeld != 0);
+    instance_.control().heldTime += duration;
+}
+
+void Driver::releaseClock() {
+    if (!holdsClock_) return;
+    ControlBlock& block = instance_.control();
+    block.offset = block.heldTime - machineTime();
+    block.clockHeld = 0;
+    holdsClock_ = false;
+    unlockHolds();
+}
+
+std::int64_t Driver::time() const {
+    const ControlBlock& block = instance_.control();
+    return block.clockHeld != 0 ? block.heldTime.load() : machineTime() + block.offset;
+}
+
+bool Driver::stepFrame(int milliseconds) {
+    advanceClock(second / 60);
+    step();
+    return awaitRest(milliseconds);
+}
+
+unsigned Driver::shownBuffer() const {
+    const ControlBlock& block = instance_.control();
+    return block.yoffset / std::max(1U, block.screen.yres);
+}
+
+Picture Driver::shot() const {
+    const ControlBlock& block = instance_.control();
+    Picture picture;
+    if (block.screen.bits_per_pixel != 32) return picture;
+    picture.width = block.screen.xres;
+    picture.height = block.screen.yres;
+    picture.pixels.resize(std::size_t{picture.width} * picture.height);
+    const int fd = ::open(instance_.file("dev/fb0").c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return {};
+    const std::size_t size = picture.pixels.size() * sizeof picture.pixels[0];
+    ssize_t got = 0;
+    constexpr int tries = 5;
+    for (int i = 0; i < tries; ++i) {
+        const std::uint32_t before = block.pans;
+        got = ::pread(fd, picture.pixels.data(), size,
+                      static_cast<off_t>(block.yoffset) * picture.width * static_cast<off_t>(sizeof(std::uint32_t)));
+        if (block.pans == before) break;
+    }
+    ::close(fd);
+    return got == static_cast<ssize_t>(size) ? picture : Picture{};
+}
+
+void Driver::plug(const std::string& path) {
+    char buffer[Instance::pathLimit];
+    const char* file = instance_.mapPath(path.c_str(), buffer);
+    if (file == nullptr || (::mkfifo(file, 0600) != 0 && errno != EEXIST)) return;
+    // Open for reading too: the stream then stays alive, and filled, while the product has it closed.
+    const int fd = ::open(file, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (fd >= 0) streams_.emplace_back(path, fd);
+}
+
+void Driver::unplug(const std::string& path) {
+    char buffer[Instance::pathLimit];
+    if (const char* file = instance_.mapPath(path.c_str(), buffer)) ::unlink(file);
+    std::erase_if(streams_, [&](const auto& stream) {
+        if (stream.first != path) return false;
+        ::close(stream.second);
+        return true;
+    });
+}
+
+bool Driver::feed(const std::string& path, const void* data, std::size_t size) {
+    for (const auto& stream : streams_)
+        if (stream.first == path) return ::write(stream.second, data, size) == static_cast<ssize_t>(size);
+    return false;
+}
+
+}  // namespace Platform::Virtual
