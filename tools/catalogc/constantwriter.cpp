@@ -128,11 +128,12 @@ class ConstantWriter {
 
     void writeMessages() const {
         std::ostringstream out;
-        out << "#pragma once\n\n#include <cstdint>\n\nnamespace Model {\n\n/// Ids of the change notices.\nenum "
-               "MessageId : std::uint32_t {\n";
+        out << "#pragma once\n\n#include <cstdint>\n\nnamespace Messages {\n\n/// Ids of the change notices. Some "
+               "variables have names that end like a notice, hence the namespace.\nenum "
+               "Id : std::uint32_t {\n";
         for (const Message& message : catalogue_.messages)
             if (message.id >= firstNotice) out << "    " << message.name << " = " << message.id << ",\n";
-        out << "};\n\n}  // namespace Model\n";
+        out << "};\n\n}  // namespace Messages\n";
         save("messages.h", out);
     }
 
