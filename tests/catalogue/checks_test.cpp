@@ -3,6 +3,7 @@
 
 #include "brokenfolder.h"
 #include "tools/catalogc/checks.h"
+#include "tools/texttable/texttable.h"
 
 using testing::HasSubstr;
 
@@ -63,7 +64,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(CatalogueChecks, TextsThatEnumsNameAreNeeded) {
     Problems problems;
-    const Catalogue catalogue = BrokenFolder().read(problems);
-    checkTexts(catalogue, problems);
+    BrokenFolder folder;
+    folder.replace("enums.txt", "One  -", "One  rec  \"Recording\"");
+    const Catalogue catalogue = folder.read(problems);
+    checkTexts(catalogue, TextTable::read(TERN_SOURCE_DIR "/model/texts"), problems);
+    EXPECT_THAT(problems.text(), HasSubstr("enums.txt:2: the text 'rec' is \"REC\", not \"Recording\""));
     EXPECT_THAT(problems.text(), HasSubstr("enums.txt:3: there is no text 'two'; add a row of this name"));
 }

@@ -5,6 +5,8 @@
 #include <map>
 #include <set>
 
+#include "tools/texttable/texttable.h"
+
 namespace {
 
 constexpr unsigned firstUserEvent = 128;
@@ -251,10 +253,17 @@ void checkCatalogue(const Catalogue& catalogue, Problems& problems) {
     Checks(catalogue, problems).run();
 }
 
-void checkTexts(const Catalogue& catalogue, Problems& problems) {
-    for (const EnumType& type : catalogue.enums)
-        for (const EnumEntry& entry : type.entries)
-            if (!entry.text.empty() && entry.textKey == 0)
+void checkTexts(const Catalogue& catalogue, const TextTable& texts, Problems& problems) {
+    for (const EnumType& type : catalogue.enums) {
+        for (const EnumEntry& entry : type.entries) {
+            if (entry.text.empty()) continue;
+            const Text* text = texts.find(entry.text);
+            if (text == nullptr)
                 problems.add(entry.place, "there is no text '" + entry.text +
                                               "'; add a row of this name to the texts, or write - for no text");
+            else if (!entry.english.empty() && entry.english != text->english())
+                problems.add(entry.place, "the text '" + entry.text + "' is \"" + text->english() + "\", not \"" +
+                                              entry.english + "\"; make them equal");
+        }
+    }
 }

@@ -6,5 +6,5 @@
 /// value lies inside its area on its own bytes and aligned, limits fit their kinds, enum types and links are complete.
 void checkCatalogue(const Catalogue& catalogue, Problems& problems);
 
-/// Every text that an enum names has a row.
-void checkTexts(const Catalogue& catalogue, Problems& problems);
+/// Every text that an enum names has a row, and the English beside it is that row's.
+void checkTexts(const Catalogue& catalogue, const TextTable& texts, Problems& problems);

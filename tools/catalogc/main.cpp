@@ -1,6 +1,5 @@
 #include <cstdio>
 #include <exception>
-#include <string_view>
 
 #include "tools/catalogc/catalogue.h"
 #include "tools/catalogc/checks.h"
@@ -12,14 +11,11 @@
 
 namespace {
 
-/// Whether texts that enums name must have a row.
-enum class Texts { Needed, MayMiss };
-
-int run(const std::filesystem::path& model, const std::filesystem::path& output, Texts demand) {
+int run(const std::filesystem::path& model, const std::filesystem::path& output) {
     const TextTable texts = TextTable::read(model / "texts");
     Problems problems;
     const Catalogue catalogue = Catalogue::read(model / "catalogue", &texts, problems);
-    if (demand == Texts::Needed) checkTexts(catalogue, problems);
+    checkTexts(catalogue, texts, problems);
     if (!problems.none()) {
         std::fputs(problems.text().c_str(), stderr);
         return 1;
@@ -35,16 +31,15 @@ int run(const std::filesystem::path& model, const std::filesystem::path& output,
 }  // namespace
 
 int main(int argc, char** argv) {
-    const bool mayMiss = argc == 4 && std::string_view(argv[1]) == "--texts-may-miss";
-    if (argc != 3 && !mayMiss) {
+    if (argc != 3) {
         std::fputs(
-            "usage: catalogc [--texts-may-miss] MODEL OUTPUT\n"
+            "usage: catalogc MODEL OUTPUT\n"
             "  checks MODEL/catalogue and writes what is made of it into OUTPUT\n",
             stderr);
         return 2;
     }
     try {
-        return run(argv[argc - 2], argv[argc - 1], mayMiss ? Texts::MayMiss : Texts::Needed);
+        return run(argv[1], argv[2]);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
