@@ -11,6 +11,8 @@ struct Notify {
     std::uint32_t id = 0;
     std::uint32_t arg1 = 0;
     std::uint32_t arg2 = 0;
+
+    bool operator==(const Notify&) const = default;
 };
 static_assert(sizeof(Notify) == 12 && alignof(Notify) == 4);
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);

@@ -43,6 +43,8 @@ class ServerConnection final : public EventPoll::Callback {
     void close();
 
     bool isOpen() const { return socketFd_ >= 0; }
+    /// The socket, -1 when closed; stays owned by this.
+    int descriptor() const { return socketFd_; }
     EventPoll* eventPoll() const { return poll_; }
 
   private:

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/virtual/virtual.h"
+
+using Platform::Virtual::Call;
+
+/// A virtual instance of the machine for the length of a test: own names and devices, a clock that stands still until
+/// it is stepped, faults on demand, and a log that can be read back.
+class World : public testing::Test {
+  public:
+    World();
+    ~World() override;
+
+    void step(std::int64_t nanoseconds) { driver.advanceClock(nanoseconds); }
+
+    std::string logText() const;
+    std::string lastLogLine() const;
+    /// The lines without prefix, level and place.
+    std::vector<std::string> logTexts() const;
+    /// The text of the std::runtime_error that `operation` throws.
+    static std::string fatalTextOf(const std::function<void()>& operation);
+
+  private:
+    std::vector<std::string> logLines() const;
+
+    Platform::Virtual::TemporaryInstance instance_;
+
+  protected:
+    Platform::Virtual::Driver driver;
+};
