@@ -65,6 +65,15 @@ function(tern_floor name)
   endif()
 endfunction()
 
+# tern_program(NAME SOURCES sources... LINK targets... PLATFORM linux|virtual)
+# A program over one of the platform twins. The twin is linked whole, since floors of any height call it.
+function(tern_program name)
+  cmake_parse_arguments(arg "" "PLATFORM" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE ${arg_LINK} $<LINK_LIBRARY:WHOLE_ARCHIVE,platform-${arg_PLATFORM}>)
+endfunction()
+
 # tern_test(NAME [SOURCES globs...] [LINK targets...])
 # One GoogleTest program NAME-tests from the *.cpp of the calling folder, found by ctest as a whole.
 function(tern_test name)

@@ -14,6 +14,7 @@
 #include "model/catalogue/handler.h"
 #include "model/catalogue/variables.h"
 #include "model/runtime/generated.h"
+#include "model/texts.h"
 #include "platform/system.h"
 
 namespace {
@@ -25,8 +26,12 @@ void connectEngine() {
 }
 
 /// The sync pass and the link phase, as the manager calls them.
-void syncVariables() { Model::syncFrame(); }
-void linkModelOnce() { Model::link(Model::modelLink, Model::variables); }
+void syncVariables() {
+    Model::syncFrame();
+}
+void linkModelOnce() {
+    Model::link(Model::modelLink, Model::variables);
+}
 
 class JoystickEvents final : public Joystick::Listener {
   public:
@@ -38,7 +43,8 @@ class JoystickEvents final : public Joystick::Listener {
         manager_.postEvent(event);
     }
     void joystickReleased(Joystick::Direction direction, int events) override {
-        TERN_LOG(Log::LogAll, "USER: Released %s, total %i events", Engine::Trace::instance().eventName(eventOf(direction)), events);
+        TERN_LOG(Log::LogAll, "USER: Released %s, total %i events",
+                 Engine::Trace::instance().eventName(eventOf(direction)), events);
     }
 
   private:
@@ -59,27 +65,24 @@ void noteLockedKey() {
         Area::storeAndPost<unsigned char>(Places::VarLockedButtonPressed, 1);
 }
 
-LinuxFramebuffer openDisplay() {
-    connectEngine();
-    LinuxFramebuffer display("/dev/fb0", 2);
-    display.open(true);
-    return display;
-}
+constexpr const char* displayPath = "/dev/fb0";
+constexpr int bufferCount = 2;
 
 }  // namespace
 
 Application::Application()
-    : display_(openDisplay()),
-      handler_(&poll_, Model::handlerTable),
-      screen_(display_.width(), display_.height(), 8, display_.currentAddress(), 0),
-      manager_(Engine::GuiManager::instance()) {
-    manager_.setPainter(&screen_);
+    : display_((connectEngine(), displayPath), bufferCount), manager_(Engine::GuiManager::instance()) {
+    display_.open(LinuxFramebuffer::Contents::Keep);
+    handler_.emplace(&poll_, Model::handlerTable);
+    screen_.emplace(static_cast<std::uint32_t>(display_.width()), static_cast<std::uint32_t>(display_.height()), 8u,
+                    display_.currentAddress(), 0u);
+    manager_.setPainter(&*screen_);
     manager_.setModelHooks({&syncVariables, &linkModelOnce});
     manager_.linkModel();
     connectTrace();
     manager_.finishInitialization();
     registerModel();
-    handler_.initialiseVariables();
+    handler_->initialiseVariables();
     manager_.setActivePage(Model::modelLink.start);
     input_.emplace(static_cast<int>(display_.width()), static_cast<int>(display_.height()), &noteLockedKey);
 }
@@ -88,7 +91,7 @@ Application::~Application() = default;
 
 void Application::connectTrace() {
     auto& trace = Engine::Trace::instance();
-    trace.setFlags(reinterpret_cast<const Engine::TraceFlags*>(Area::address(Places::VarTraceInfoDrawFlags)));
+    trace.setFlags(reinterpret_cast<const Engine::TraceFlags*>(Area::address(Places::VarTRACE_INFO_VARIABLE)));
     trace.setUserEvents(Catalogue::userEventNames);
 }
 
@@ -110,8 +113,10 @@ void Application::pass() {
     drainServer();
     pollInput();
     moveByJoystick();
-    if (const int picture = Area::number(Places::VarServiceModeDisplayTest); picture != 0) displayTestFrame(picture);
-    else normalFrame();
+    if (const int picture = Area::number(Places::VarServiceModeDisplayTest); picture != 0)
+        displayTestFrame(picture);
+    else
+        normalFrame();
 }
 
 void Application::countMissedFrames() {
@@ -121,7 +126,8 @@ void Application::countMissedFrames() {
     if (missed == 0) return;
     const int total = Area::number(Places::VarGuiMissedFrames) + missed;
     Area::store(Places::VarGuiMissedFrames, total);
-    if (missed > 2) TERN_LOG(Log::DebugLight, "Gui missed %i frame(s), with a total of %i missed frames", missed, total);
+    if (missed > 2)
+        TERN_LOG(Log::DebugLight, "Gui missed %i frame(s), with a total of %i missed frames", missed, total);
 }
 
 void Application::drainServer() {
@@ -141,8 +147,8 @@ void Application::moveByJoystick() {
         return;
     }
     JoystickEvents events(manager_);
-    joystick_.step({Area::fraction(Places::VarJoystickX), Area::fraction(Places::VarJoystickY), Area::flag(Places::VarJoystickFastX),
-                    Area::number(Places::VarMenuScrollSpeed)},
+    joystick_.step({Area::fraction(Places::VarJoystickX), Area::fraction(Places::VarJoystickY),
+                    Area::flag(Places::VarJoystickFastX), Area::number(Places::VarMenuScrollSpeed)},
                    events);
 }
 
@@ -158,7 +164,7 @@ void Application::normalFrame() {
 
 void Application::drawFrame(Engine::Page* page) {
     if (page != nullptr && page != lastActivePage_) TERN_LOG(Log::LogAll, "USER Page: %s", page->objectName());
-    screen_.setPixels(display_.currentAddress());
+    screen_->setPixels(display_.currentAddress());
     manager_.drawFrame();
     manager_.finishFrame();
     display_.swap();
@@ -168,7 +174,7 @@ void Application::drawFrame(Engine::Page* page) {
 
 void Application::displayTestFrame(int picture) {
     forceRedraw_ = true;
-    screen_.setPixels(display_.currentAddress());
-    drawDisplayTest(screen_, picture);
+    screen_->setPixels(display_.currentAddress());
+    drawDisplayTest(*screen_, picture);
     display_.swap();
 }

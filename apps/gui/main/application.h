@@ -20,7 +20,8 @@ class Page;
 /// without time or the display's vertical sync.
 class Application {
   public:
-    /// Start-up, up to the first page. Whatever fails is fatal (std::runtime_error): the supervisor starts the program again.
+    /// Start-up, up to the first page. Whatever fails is fatal (std::runtime_error): the supervisor starts the program
+    /// again.
     Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
@@ -32,11 +33,8 @@ class Application {
   private:
     using Screen = Engine::Framebuffer<unsigned int>;
 
-    void linkModel();
     void connectTrace();
     void registerModel();
-    void replayDerivedState();
-    void showBootLogo();
 
     // One pass of the frame loop.
     void pass();
@@ -50,8 +48,8 @@ class Application {
 
     LinuxFramebuffer display_;
     EventPoll poll_;
-    BackendHandler handler_;
-    Screen screen_;
+    std::optional<BackendHandler> handler_;  ///< made when the display is open
+    std::optional<Screen> screen_;
     Engine::GuiManager& manager_;
     std::optional<InputEventHandling> input_;
     Joystick joystick_;

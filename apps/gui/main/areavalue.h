@@ -10,7 +10,9 @@
 
 namespace Area {
 
-inline unsigned char* address(const Places::Place& place) { return Backend::areaBases[static_cast<unsigned>(place.area)] + place.offset; }
+inline unsigned char* address(const Places::Place& place) {
+    return Backend::areaBases[static_cast<unsigned>(place.area)] + place.offset;
+}
 
 template <typename T>
 T read(const Places::Place& place) {
@@ -19,16 +21,24 @@ T read(const Places::Place& place) {
     return value;
 }
 
-inline bool flag(const Places::Place& place) { return *address(place) != 0; }
-inline int number(const Places::Place& place) { return read<int>(place); }
-inline float fraction(const Places::Place& place) { return read<float>(place); }
+inline bool flag(const Places::Place& place) {
+    return *address(place) != 0;
+}
+inline int number(const Places::Place& place) {
+    return read<int>(place);
+}
+inline float fraction(const Places::Place& place) {
+    return read<float>(place);
+}
 
 template <typename T>
 void store(const Places::Place& place, T value) {
     std::memcpy(address(place), &value, sizeof value);
 }
 
-inline void post(const Places::Place& place) { sendEvent(place.id, 0, 0); }
+inline void post(const Places::Place& place) {
+    sendEvent(place.id, 0, 0);
+}
 
 /// Stores and tells the server.
 template <typename T>

@@ -21,7 +21,9 @@ void drawBands(Engine::Painter& painter) {
         const Engine::Color grey = value << 16 | value << 8 | value;
         for (std::size_t band = 0; band < bands.size(); ++band) {
             painter.setBackground(grey & bands[band]);
-            painter.fillRect({static_cast<std::int16_t>(static_cast<int>(band) * width), static_cast<std::int16_t>(y), static_cast<std::int16_t>(width), 1}, false);
+            painter.fillRect({static_cast<std::int16_t>(static_cast<int>(band) * width), static_cast<std::int16_t>(y),
+                              static_cast<std::int16_t>(width), 1},
+                             false);
         }
     }
 }
@@ -30,6 +32,8 @@ void drawBands(Engine::Painter& painter) {
 
 void drawDisplayTest(Engine::Painter& painter, int picture) {
     static constexpr std::array<Engine::Color, 5> colors = {0xff0000, 0x00ff00, 0x0000ff, 0xffffff, 0x000000};
-    if (picture >= 1 && picture <= 5) fillWhole(painter, colors[static_cast<std::size_t>(picture - 1)]);
-    else if (picture == 6) drawBands(painter);
+    if (picture >= 1 && picture <= 5)
+        fillWhole(painter, colors[static_cast<std::size_t>(picture - 1)]);
+    else if (picture == 6)
+        drawBands(painter);
 }

@@ -8,7 +8,9 @@ namespace {
 constexpr float deadZone = 0.15F;
 constexpr float travel = 0.55F;
 
-float rateOf(float deflection) { return std::pow(2.0F * deflection, 5.0F); }
+float rateOf(float deflection) {
+    return std::pow(2.0F * deflection, 5.0F);
+}
 
 }  // namespace
 
@@ -38,7 +40,8 @@ void Joystick::release(Listener& listener) {
     blocked_ = false;
 }
 
-void Joystick::feed(float& accumulator, float rate, Direction negative, Direction positive, float back, Listener& listener) {
+void Joystick::feed(float& accumulator, float rate, Direction negative, Direction positive, float back,
+                    Listener& listener) {
     accumulator += rate;
     const Direction direction = rate < 0 ? negative : positive;
     while (rate < 0 ? accumulator < 0 : accumulator > 0) {
