@@ -99,6 +99,7 @@ function(tern_bench name)
   cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
   add_executable(bench-${name} ${name}.cpp)
   target_include_directories(bench-${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_compile_definitions(bench-${name} PRIVATE TERN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_link_libraries(bench-${name} PRIVATE ${arg_LINK} benchmark::benchmark)
 endfunction()
 

@@ -21,7 +21,10 @@ class Blob {
                << symbol << ":\n    .incbin \"" << file_.string() << "\", " << bytes_.size() << ", "
                << values.size() * sizeof(T) << "\n    .size " << symbol << ", . - " << symbol << "\n    .type "
                << symbol << ", %object\n";
-        for (const T value : values) append(static_cast<std::uint32_t>(value), sizeof(T));
+        if constexpr (sizeof(T) == 1)
+            bytes_.append(values.begin(), values.end());
+        else
+            for (const T value : values) append(static_cast<std::uint32_t>(value), sizeof(T));
     }
 
     const std::string& bytes() const { return bytes_; }

@@ -26,16 +26,51 @@ int offsetInBand(const FontSpec& spec, const Glyph& glyph) {
     return glyph.top - spec.baseline;
 }
 
-// Ink that leaves the band by a row is cut: with the fixed heights a few accents and strokes touch the edge.
-void cutToBand(const FontSpec& spec, Glyph& glyph) {
-    const int above = std::max(0, -offsetInBand(spec, glyph));
-    const int below = std::max(0, offsetInBand(spec, glyph) + glyph.height - spec.lineHeight);
-    const auto row = [&](int rows) { return static_cast<std::ptrdiff_t>(rows) * glyph.width; };
-    glyph.coverage.erase(glyph.coverage.end() - row(below), glyph.coverage.end());
-    glyph.coverage.erase(glyph.coverage.begin(), glyph.coverage.begin() + row(above));
-    glyph.top += above;
-    glyph.height -= above + below;
-}
+// The ink that lies within the band, found row by row, then column by column.
+class InkBox {
+  public:
+    InkBox(const FontSpec& spec, const Glyph& glyph)
+        : glyph_(glyph),
+          top_(std::max(0, -offsetInBand(spec, glyph))),
+          bottom_(std::min(glyph.height, spec.lineHeight - offsetInBand(spec, glyph))),
+          right_(glyph.width) {
+        while (top_ < bottom_ && rowIsEmpty(top_)) ++top_;
+        if (top_ >= bottom_) return;
+        while (rowIsEmpty(bottom_ - 1)) --bottom_;
+        while (columnIsEmpty(left_)) ++left_;
+        while (columnIsEmpty(right_ - 1)) --right_;
+    }
+
+    Glyph cut() const {
+        Glyph result;
+        result.code = glyph_.code;
+        result.advance = glyph_.advance;
+        if (top_ >= bottom_) return result;
+        result.top = glyph_.top + top_;
+        result.bearing = glyph_.bearing + left_;
+        result.width = right_ - left_;
+        result.height = bottom_ - top_;
+        for (int y = top_; y < bottom_; ++y)
+            result.coverage.insert(result.coverage.end(), row(y) + left_, row(y) + right_);
+        return result;
+    }
+
+  private:
+    const std::uint8_t* row(int y) const {
+        return glyph_.coverage.data() + static_cast<std::ptrdiff_t>(y) * glyph_.width;
+    }
+    bool rowIsEmpty(int y) const {
+        return std::all_of(row(y), row(y) + glyph_.width, [](std::uint8_t value) { return value == 0; });
+    }
+    bool columnIsEmpty(int x) const {
+        for (int y = top_; y < bottom_; ++y)
+            if (row(y)[x]) return false;
+        return true;
+    }
+
+    const Glyph& glyph_;
+    int top_, bottom_, left_ = 0, right_;
+};
 
 Glyph emptyGlyph(char32_t code) {
     Glyph glyph;
@@ -43,16 +78,34 @@ Glyph emptyGlyph(char32_t code) {
     return glyph;
 }
 
+// How many rows all glyphs move down from the middle of the line, so that the fixed band holds them: plain letters
+// whole with their descenders, and one row for the accents of capitals, which would take more than the figures can
+// spare.
+int shiftIntoBand(Rasterizer& rasterizer, const FontSpec& spec) {
+    int below = 0, above = 0;
+    for (char32_t code = 0x21; code < 0xDF; ++code) {
+        const auto glyph = rasterizer.glyph(code);
+        if (!glyph || glyph->height == 0) continue;
+        if (code < 0x7F) below = std::max(below, offsetInBand(spec, *glyph) + glyph->height - spec.lineHeight);
+        above = std::max(above, -offsetInBand(spec, *glyph));
+    }
+    return below > 0 ? -below : std::min(above, 1);
+}
+
 std::vector<Glyph> glyphsOf(Rasterizer& rasterizer, const FontSpec& spec, const NeededCodes& needed) {
     rasterizer.use(spec);
+    const int shift = shiftIntoBand(rasterizer, spec);
     std::vector<Glyph> glyphs{rasterizer.replacement(), emptyGlyph(lineFeed)};
+    glyphs.front().top += shift;
     for (const auto& [code, place] : needed) {
         if (code == 0 || code == lineFeed) continue;
         if (code >= fontCodeLimit) refuse(spec, code, place, "it lies above the range of the fonts");
         auto glyph = rasterizer.glyph(code);
         if (!glyph) refuse(spec, code, place, "none of the font files has it; use another character");
         if (glyph->height > spec.lineHeight) refuse(spec, code, place, "it is taller than a line");
-        cutToBand(spec, *glyph);
+        glyph->top += shift;
+        // With the fixed heights a few accents reach beyond the band by a row or two; they are cut there.
+        *glyph = InkBox(spec, *glyph).cut();
         if (glyph->width == 0 && code != space && code != noBreakSpace) refuse(spec, code, place, "it has no ink");
         glyphs.push_back(std::move(*glyph));
     }

@@ -1,7 +1,9 @@
 // Makes the built-in fonts and images as constant data, or a picture of them.
 #include <CLI/CLI.hpp>
+#include <atomic>
 #include <cstdio>
 #include <exception>
+#include <future>
 
 #include "tools/assetc/assetwriter.h"
 #include "tools/assetc/fontmaker.h"
@@ -29,10 +31,17 @@ void addCodesOfTexts(NeededCodes& needed, const TextTable& texts) {
 std::vector<FontData> makeFonts(const Inputs& inputs) {
     NeededCodes needed = readBaseSet(inputs.model / "fonts/baseset.tsv");
     addCodesOfTexts(needed, TextTable::read(inputs.model / "texts"));
-    Rasterizer rasterizer(inputs.fontFolder);
-    std::vector<FontData> fonts;
-    for (const FontSpec& spec : readFontSpecs(inputs.model / "fonts/fonts.tsv"))
-        fonts.push_back(makeFont(rasterizer, spec, needed));
+    const std::vector<FontSpec> specs = readFontSpecs(inputs.model / "fonts/fonts.tsv");
+    std::vector<FontData> fonts(specs.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        Rasterizer rasterizer(inputs.fontFolder);
+        for (std::size_t i = next++; i < specs.size(); i = next++) fonts[i] = makeFont(rasterizer, specs[i], needed);
+    };
+    // A FreeType library serves one thread, so each worker has its own.
+    std::future<void> helper = std::async(std::launch::async, work);
+    work();
+    helper.get();
     return fonts;
 }
 

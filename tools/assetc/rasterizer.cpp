@@ -21,26 +21,6 @@ int roundedPixels(FT_Pos value) {
 // Light hinting moves outlines vertically only, so advances stay those of the design, rounded to pixels.
 constexpr FT_Int32 hinted = FT_LOAD_TARGET_LIGHT;
 
-void cutToInk(Glyph& glyph, const FT_Bitmap& bitmap) {
-    const auto at = [&](int x, int y) { return bitmap.buffer[y * bitmap.pitch + x]; };
-    int left = static_cast<int>(bitmap.width), right = -1, top = static_cast<int>(bitmap.rows), bottom = -1;
-    for (int y = 0; y < static_cast<int>(bitmap.rows); ++y) {
-        for (int x = 0; x < static_cast<int>(bitmap.width); ++x) {
-            if (!at(x, y)) continue;
-            left = std::min(left, x), right = std::max(right, x);
-            top = std::min(top, y), bottom = std::max(bottom, y);
-        }
-    }
-    if (right < 0) return;
-    glyph.bearing += left;
-    glyph.top += top;
-    glyph.width = right - left + 1;
-    glyph.height = bottom - top + 1;
-    glyph.coverage.reserve(static_cast<std::size_t>(glyph.width) * static_cast<std::size_t>(glyph.height));
-    for (int y = top; y <= bottom; ++y)
-        for (int x = left; x <= right; ++x) glyph.coverage.push_back(at(x, y));
-}
-
 }  // namespace
 
 Rasterizer::Rasterizer(const std::filesystem::path& fontFolder) : folder_(fontFolder) {
@@ -96,7 +76,7 @@ std::optional<Glyph> Rasterizer::glyph(char32_t code) {
     if (!from) return std::nullopt;
     if (FT_Load_Glyph(from->face, index, hinted)) return std::nullopt;
     const FT_GlyphSlot slot = from->face->glyph;
-    if (from->bold) FT_Outline_Embolden(&slot->outline, spec_.ideographSize * 64 / 24);
+    if (from->bold) FT_Outline_Embolden(&slot->outline, spec_.ideographSize * 64 / 32);
     if (FT_Render_Glyph(slot, FT_RENDER_MODE_NORMAL)) return std::nullopt;
 
     Glyph glyph;
@@ -104,7 +84,12 @@ std::optional<Glyph> Rasterizer::glyph(char32_t code) {
     glyph.advance = roundedPixels(slot->advance.x);
     glyph.bearing = slot->bitmap_left;
     glyph.top = from->baseline - slot->bitmap_top;
-    cutToInk(glyph, slot->bitmap);
+    glyph.width = static_cast<int>(slot->bitmap.width);
+    glyph.height = static_cast<int>(slot->bitmap.rows);
+    for (int y = 0; y < glyph.height; ++y) {
+        const unsigned char* row = slot->bitmap.buffer + y * slot->bitmap.pitch;
+        glyph.coverage.insert(glyph.coverage.end(), row, row + glyph.width);
+    }
     return glyph;
 }
 

@@ -12,11 +12,11 @@
 
 #include "tools/assetc/fontspec.h"
 
-/// One glyph as it stands in a line: cut to its ink, which may be empty.
+/// One glyph as it stands in a line. Its bitmap may be empty.
 struct Glyph {
     char32_t code = 0;
-    int top = 0;      ///< pixels from the top of the line to the top of the ink
-    int bearing = 0;  ///< pixels from the pen to the left of the ink
+    int top = 0;      ///< pixels from the top of the line to the top of the bitmap
+    int bearing = 0;  ///< pixels from the pen to the left of the bitmap
     int advance = 0;  ///< pixels
     int width = 0;
     int height = 0;

@@ -1,14 +1,17 @@
 #include "tools/common/textfile.h"
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
+#include <utility>
 
 #include "tools/common/inputerror.h"
 
 std::string readTextFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw InputError(path, 0, "the file cannot be opened for reading");
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream text;
+    text << file.rdbuf();
+    return std::move(text).str();
 }
 
 void writeIfChanged(const std::filesystem::path& path, std::string_view content) {
