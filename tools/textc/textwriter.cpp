@@ -41,12 +41,13 @@ std::string literal(const std::string& text) {
 
 std::string header(const TextTable& texts) {
     std::ostringstream out;
-    out << marker << "#pragma once\n\n#include \"embedded-gui-engine/textid.h\"\n\n"
+    out << marker
+        << "#pragma once\n\n#include \"embedded-gui-engine/textid.h\"\n#include \"embedded-gui-engine/texttable.h\"\n\n"
         << "/// The texts of the product: keys by name, and the tables that hold them.\nnamespace Texts {\n\n"
         << "inline constexpr int keyCount = " << TextTable::keyCount << ";\n"
         << "inline constexpr int languageCount = " << texts.languages().size() << ";\n\n"
         << "/// By language, then by key. No entry is null; a key without a text has \"\".\n"
-        << "extern const char* const* const tables[languageCount];\n\n";
+        << "extern const Engine::LanguageTexts tables[languageCount];\n\n";
     for (const Text& text : texts.texts())
         out << "inline constexpr Engine::TextId " << identifier(text.name) << "{" << text.key << "};\n";
     out << "\n}  // namespace Texts\n";
@@ -73,7 +74,7 @@ void writeTexts(const std::filesystem::path& folder, const TextTable& texts, std
     std::ostringstream out;
     out << marker << "#include \"model/texts.h\"\n\nnamespace {\n\n";
     for (std::size_t i = 0; i < texts.languages().size(); ++i) writeTable(out, texts, i, pseudo == i);
-    out << "}  // namespace\n\nconst char* const* const Texts::tables[languageCount] = {";
+    out << "}  // namespace\n\nconstinit const Engine::LanguageTexts Texts::tables[languageCount] = {";
     for (std::size_t i = 0; i < texts.languages().size(); ++i) out << (i ? ", " : "") << texts.languages()[i].column;
     out << "};\n";
     writeIfChanged(folder / "model/texts.h", header(texts));
