@@ -35,8 +35,9 @@ void Level::setMaximum(float maximum) {
 void Level::store(float value, float minimum, float maximum) {
     if (value < minimum) value = minimum;
     if (value > maximum) value = maximum;
-    const bool limitsMoved = changed(minimum_, minimum) | changed(maximum_, maximum);
-    if (changed(value_, value) || limitsMoved) invalidateAll(false);
+    const bool minimumMoved = changed(minimum_, minimum);
+    const bool maximumMoved = changed(maximum_, maximum);
+    if (changed(value_, value) || minimumMoved || maximumMoved) invalidateAll(false);
 }
 
 /// The value itself is stepped, not its distance from the minimum.
