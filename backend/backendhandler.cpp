@@ -18,11 +18,10 @@ BackendHandler::~BackendHandler() {
 
 bool BackendHandler::handleEvent(const Notify& message) {
     if (preHook) preHook(message);
-    const std::span<const Backend::HandlerRow> rows = table_.rowsOf(message.id);
-    for (const Backend::HandlerRow& row : rows) Backend::applyRow(row);
-    if (rows.empty()) TERN_LOG(Log::LogLight, "No variable for message %u", message.id);
+    const bool known = Backend::applyMessage(table_, message.id);
+    if (!known) TERN_LOG(Log::LogLight, "No variable for message %u", message.id);
     if (postHook) postHook(message);
-    return !rows.empty();
+    return known;
 }
 
 void BackendHandler::initialiseVariables() {

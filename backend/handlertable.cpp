@@ -64,6 +64,12 @@ void applyRow(const HandlerRow& row) {
     }
 }
 
+bool applyMessage(const HandlerTable& table, std::uint32_t id) {
+    const std::span<const HandlerRow> rows = table.rowsOf(id);
+    for (const HandlerRow& row : rows) applyRow(row);
+    return !rows.empty();
+}
+
 void publishRow(const HandlerRow& row) {
     unsigned char* base = areaBases[row.area];
     if (base != nullptr && writeRow(row, base + row.offset)) sendEvent(row.id, 0, 0);

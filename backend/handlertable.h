@@ -67,6 +67,9 @@ struct HandlerTable {
 /// The server's value into the variable; the sync pass tells the observers. Nothing while the area is not open.
 void applyRow(const HandlerRow& row);
 
+/// All rows of a message. False for an id without one.
+bool applyMessage(const HandlerTable& table, std::uint32_t id);
+
 /// The program's value to the server: when the place holds other bytes it is written, and the row's id is sent. Rows of
 /// tables and of availability bits are the server's alone and do nothing.
 void publishRow(const HandlerRow& row);
