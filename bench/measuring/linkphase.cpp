@@ -1,6 +1,7 @@
 // Measures start-up of a model of the product's size: the link phase with the first notification of every variable,
 // and the memory that is resident afterwards.
-#include <chrono>
+#include <time.h>
+
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -10,7 +11,12 @@
 
 namespace {
 
-double milliseconds(std::chrono::steady_clock::duration duration) { return std::chrono::duration<double, std::milli>(duration).count(); }
+/// CPU time of the process, in milliseconds: on a busy machine the only time that means something.
+double cpuMilliseconds() {
+    timespec now;
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
 
 void printMemory() {
     std::ifstream rollup("/proc/self/smaps_rollup");
@@ -21,12 +27,12 @@ void printMemory() {
 }  // namespace
 
 int main() {
-    const auto begin = std::chrono::steady_clock::now();
+    const double begin = cpuMilliseconds();
     Model::link(Model::modelLink, Model::variables);
-    const auto linked = std::chrono::steady_clock::now();
+    const double linked = cpuMilliseconds();
     Model::syncAll(true);
-    const auto again = std::chrono::steady_clock::now();
-    std::printf("link phase and first sync: %.2f ms; a second whole sync: %.2f ms\n", milliseconds(linked - begin), milliseconds(again - linked));
+    const double again = cpuMilliseconds();
+    std::printf("link phase and first sync: %.2f ms of CPU; a second whole sync: %.2f ms\n", linked - begin, again - linked);
     printMemory();
     return 0;
 }

@@ -54,10 +54,14 @@ void ConcatModifier::setTemplate(TextId templateId) {
     update();
 }
 
-void ConcatModifier::link() {
+void ConcatModifier::adoptParts() {
     for (StringProviderBase* part : std::span(parts_, partCount_)) {
         if (part != nullptr) part->setOwner(this);
     }
+}
+
+void ConcatModifier::link() {
+    adoptParts();
     update();
 }
 

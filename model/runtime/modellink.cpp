@@ -16,7 +16,7 @@ void linkUnit(const UnitLink& unit) {
     for (Engine::Object* parent : unit.parents) parent->linkChildren();
     for (const BorderLink& one : unit.borders) one.border->setOwner(one.owner);
     for (Engine::RegexFilter* filter : unit.filters) filter->link();
-    for (Engine::ConcatModifier* concat : unit.concats) concat->link();
+    for (Engine::ConcatModifier* concat : unit.concats) concat->adoptParts();
     for (Engine::StringProviderBase* provider : unit.strings) provider->link();
 }
 

@@ -37,7 +37,7 @@ struct UnitLink {
     std::span<const BorderLink> borders;
     std::span<Engine::RegexFilter* const> filters;
     std::span<Engine::ConcatModifier* const> concats;
-    std::span<Engine::StringProviderBase* const> strings;
+    std::span<Engine::StringProviderBase* const> strings;  ///< those that no variable ever tells
 };
 
 /// A variable and all that observes it, in the order in which they hear of a change.
@@ -56,8 +56,8 @@ struct ModelLink {
 };
 
 /// The link phase. Objects hold their constant data and the addresses of each other already; what is left, in this
-/// order: children learn their parents and borders their owners, expressions are compiled, texts take their first
-/// value; observers are attached to their variables; every variable notifies once. A second call does nothing.
+/// order: children learn their parents and borders their owners, expressions are compiled, texts that follow no variable take
+/// their value; observers are attached to their variables; every variable notifies once. A second call does nothing.
 void link(const ModelLink& model, const Backend::VariableSet& variables);
 
 }  // namespace Model

@@ -1,12 +1,14 @@
 #include "tools/modelc/emit.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <fstream>
 #include <ostream>
 #include <set>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 namespace Modelc {
 
@@ -77,12 +79,42 @@ std::string span(const std::string& name, const std::vector<std::string>& entrie
     return entries.empty() ? "{}" : name;
 }
 
+/// Objects that the running program never writes, or hardly ever, stand together, apart from those that it does write:
+/// so the pages that they lie in stay those of the file.
+bool isHardlyWritten(const Pool& pool) {
+    static constexpr std::array<std::string_view, 18> classes = {"Result<",
+                                                                 "Compare<",
+                                                                 "ConditionalValue<",
+                                                                 "Or",
+                                                                 "CondElse",
+                                                                 "Translator<",
+                                                                 "SingleEventMatcher",
+                                                                 "GroupEventMatcher",
+                                                                 "Modifier<",
+                                                                 "InverseModifier<",
+                                                                 "MinMaxValueModifier<",
+                                                                 "FireEvent",
+                                                                 "VarSetToValue<",
+                                                                 "VarSetToVariable<",
+                                                                 "VarNegate",
+                                                                 "NavigateTo",
+                                                                 "HistoryGoBack",
+                                                                 "ActionGroup"};
+    constexpr std::string_view space = "Engine::";
+    if (!pool.type.starts_with(space)) return false;
+    const std::string_view name = std::string_view(pool.type).substr(space.size());
+    return std::any_of(classes.begin(), classes.end(), [&](std::string_view one) {
+        return name == one || (one.ends_with('<') && name.starts_with(one));
+    });
+}
+
 void defineUnit(std::ostream& out, const LoweredUnit& unit) {
     out << "\nnamespace Model::" << unit.name() << " {\n\n";
     for (const auto& storage : unit.storages())
         out << "constinit " << storage.type << " " << storage.name << "[" << storage.size << "] = {};\n";
     for (const auto& pool : unit.pools()) {
-        out << "constinit " << pool->type << " " << pool->name << "[" << pool->elements.size() << "] = {\n";
+        out << (isHardlyWritten(*pool) ? "[[gnu::section(\"model_constant\")]] " : "") << "constinit " << pool->type
+            << " " << pool->name << "[" << pool->elements.size() << "] = {\n";
         for (const auto& element : pool->elements) out << "    " << element << ",\n";
         out << "};\n";
     }

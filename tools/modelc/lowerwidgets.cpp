@@ -413,8 +413,8 @@ std::string WidgetLowering::formatProvider(const FormattedValue& node, const std
         address = unit_.add(cls, arrayName(type, "strings"),
                             cls + "(" + format + ", " + source + ", " + filter + ", " + storage + ")");
     }
-    unit_.stringProviders.push_back(address);
     auto read = readVariables(*node.source);
+    if (read.empty()) unit_.stringProviders.push_back(address);
     const bool translated = std::holds_alternative<EnumTextValue>(node.source->node);
     if (translated && language() != nullptr) read.push_back(language());
     context_.observe(read, address, what);

@@ -22,7 +22,9 @@ class Action {
     virtual const char* name() const = 0;
 
     /// Changes the enabled bit only.
-    void setEnabled(bool enabled) { flags_ = enabled ? flags_ | Enabled : flags_ & ~std::uint32_t{Enabled}; }
+    void setEnabled(bool enabled) {
+        if (enabled != isEnabled()) flags_ ^= Enabled;
+    }
     bool isEnabled() const { return (flags_ & Enabled) != 0; }
     std::uint32_t flags() const { return flags_; }
 

@@ -33,6 +33,8 @@ class ConcatModifier : public Observer {
 
     /// The link phase's step: becomes the owner of its parts and shows the first text.
     void link();
+    /// Its first half, for a model whose first text comes with the variables' first notification.
+    void adoptParts();
 
     RegexFilter* regex() const { return regex_; }
 
