@@ -29,10 +29,13 @@ const std::map<std::string, std::set<std::string>> allowed = {
     {"apps/gui/main",
      {"platform", "engine", "backend", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory",
       "apps/libs/delayedopen", "apps/gui/common"}},
+    {"apps/libs/png", {}},
+    {"apps/gui/testcard", {"platform", "apps/common/log", "apps/libs/png", "apps/gui/common"}},
     {"tools", {"model"}},
     {"tools/textfit", {"engine"}},
     {"unit",
-     {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory", "apps/libs/delayedopen"}},
+     {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory",
+      "apps/libs/delayedopen"}},
 };
 
 std::string floorOf(const std::string& path) {
@@ -100,5 +103,21 @@ TEST(Layers, EveryHeaderGuardsItself) {
         eachSourceOf(floor, [&](const fs::path& path) {
             if (path.extension() != ".h") return;
             EXPECT_NE(fileText(path).find("#pragma once"), std::string::npos) << fs::relative(path, root).string();
+        });
+}
+
+// Which is what makes each such header prove that it compiles alone.
+TEST(Layers, ASourceIncludesItsOwnHeaderFirst) {
+    const std::regex firstInclude("(^|\n)[ \t]*#[ \t]*include[ \t]*[\"<]([^\">]+)[\">]");
+    for (const auto& [floor, below] : allowed)
+        eachSourceOf(floor, [&](const fs::path& path) {
+            const std::string stem = path.stem().string();
+            const bool own = fs::exists(fs::path(path).replace_extension(".h"));
+            const bool ofEngine = fs::exists(root / "engine/include/embedded-gui-engine" / (stem + ".h"));
+            if (path.extension() != ".cpp" || !(own || (floor == "engine" && ofEngine))) return;
+            const std::string text = fileText(path);
+            std::smatch match;
+            ASSERT_TRUE(std::regex_search(text, match, firstInclude));
+            EXPECT_EQ(fs::path(match[2].str()).filename(), stem + ".h") << fs::relative(path, root).string();
         });
 }
