@@ -15,15 +15,15 @@ std::size_t allocations = 0;
 
 }  // namespace
 
-[[gnu::noinline]] void* operator new(std::size_t size) {
+void* operator new(std::size_t size) {
     ++allocations;
     if (void* block = std::malloc(size != 0 ? size : 1)) return block;
     throw std::bad_alloc();
 }
-[[gnu::noinline]] void operator delete(void* block) noexcept {
+void operator delete(void* block) noexcept {
     std::free(block);
 }
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
+void operator delete(void* block, std::size_t) noexcept {
     std::free(block);
 }
 
