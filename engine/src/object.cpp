@@ -60,7 +60,7 @@ const Object& Object::root() const {
 }
 
 Widget* asWidget(Object* object) {
-    return object != nullptr && object->isWidget() ? static_cast<Widget*>(object) : nullptr;
+    return object != nullptr && object->hasFlag(Object::FlagIsWidget) ? static_cast<Widget*>(object) : nullptr;
 }
 
 }  // namespace Engine

@@ -36,6 +36,7 @@ struct Reactable::Pass {
     MatchReport report;
     bool touch;
     Point hitPoint;  ///< of touch events: where the gesture began
+    bool heard = false;  ///< a matcher matched, whether something came of it or not
     bool matched = false;
     bool ended = false;  ///< a touch event found its target
 
@@ -52,17 +53,20 @@ struct Reactable::Pass {
 };
 
 bool Reactable::react(EventId eventId, ReactionQueue& queue) {
+    if (deafness_.isDeafTo(eventId)) return afterDispatch(eventId);
     Pass pass(*this, eventId, queue);
     for (int i = reactionCount_ - 1; i >= 0 && !pass.ended; --i) offerToReaction(pass, i);
     for (int i = timerCount_ - 1; i >= 0 && !pass.ended; --i) offerToTimer(pass, i);
     for (int i = hookCount_ - 1; i >= 0 && !pass.ended; --i) offerToHook(pass, i);
     if (pass.ended) return true;
+    if (!pass.heard) deafness_.learn(eventId);
     return afterDispatch(eventId) || pass.matched;
 }
 
 void Reactable::offerToReaction(Pass& pass, int index) {
     const Reaction* reaction = reactions_[index];
     if (reaction == nullptr || reaction->matcher == nullptr || !reaction->matcher->matches(pass.eventId)) return;
+    pass.heard = true;
     const Widget* widget = widgetAt(reactionWidgets_, index);
     if (pass.report.isOn()) pass.report.add(*reaction, widget, isOwnerEnabled(*reaction));
     if (!reaction->enabled || !isOwnerEnabled(*reaction) || !pass.hits(widget)) return;
@@ -75,19 +79,23 @@ void Reactable::offerToReaction(Pass& pass, int index) {
 
 void Reactable::offerToTimer(Pass& pass, int index) {
     Timer* timer = timers_[index];
-    if (timer == nullptr || !timer->isEnabled() || !pass.hits(widgetAt(timerWidgets_, index))) return;
-    if (timer->isStartedBy(pass.eventId))
+    if (timer == nullptr) return;
+    const bool starts = timer->isStartedBy(pass.eventId);
+    if (!starts && !timer->isStoppedBy(pass.eventId)) return;
+    pass.heard = true;
+    if (!timer->isEnabled() || !pass.hits(widgetAt(timerWidgets_, index))) return;
+    if (starts)
         timer->start();
-    else if (timer->isStoppedBy(pass.eventId))
-        timer->stop();
     else
-        return;
+        timer->stop();
     pass.match();
 }
 
 void Reactable::offerToHook(Pass& pass, int index) {
     Hook* hook = hooks_[index];
-    if (hook == nullptr || !hook->isFiredBy(pass.eventId) || !pass.hits(widgetAt(hookWidgets_, index))) return;
+    if (hook == nullptr || !hook->isFiredBy(pass.eventId)) return;
+    pass.heard = true;
+    if (!pass.hits(widgetAt(hookWidgets_, index))) return;
     hook->fire();
     pass.match();
 }

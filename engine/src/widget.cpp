@@ -13,12 +13,12 @@
 namespace Engine {
 namespace {
 
-std::int16_t toCoordinate(int value) {
+inline std::int16_t toCoordinate(int value) {
     using Limits = std::numeric_limits<std::int16_t>;
     return static_cast<std::int16_t>(std::clamp<int>(value, Limits::min(), Limits::max()));
 }
 
-Rect movedTo(Rect rect, Point origin) {
+inline Rect movedTo(Rect rect, Point origin) {
     return {toCoordinate(origin.x + rect.x), toCoordinate(origin.y + rect.y), rect.width, rect.height};
 }
 
@@ -151,24 +151,28 @@ void Widget::applyStyle(Painter& painter, bool disabled) const {
 
 Page* Widget::page() const {
     Object& top = const_cast<Object&>(root());
-    return top.isPage() ? static_cast<Page*>(&top) : nullptr;
+    return top.hasFlag(FlagIsPage) ? static_cast<Page*>(&top) : nullptr;
 }
 
 Widget::Place Widget::place() const {
+    std::uint32_t anyOf = 0, allOf = FlagEnabled;
     Place result;
     for (const Object* object = this; object != nullptr; object = upFrom(*object)) {
-        result.shown = result.shown && object->hasFlag(FlagEnabled);
-        result.disabled = result.disabled || object->hasFlag(FlagDisabled);
-        if (object->isWidget()) {
+        anyOf |= object->flags();
+        allOf &= object->flags();
+        Point step;
+        if (object->hasFlag(FlagIsWidget)) {
             const auto& widget = static_cast<const Widget&>(*object);
-            result.origin.x += widget.x_;
-            result.origin.y += widget.y_;
-        } else if (object->isPage()) {
+            step = {widget.x_, widget.y_};
+        } else if (object->hasFlag(FlagIsPage)) {
             result.page = const_cast<Page*>(static_cast<const Page*>(object));
-            result.origin.x += result.page->origin().x;
-            result.origin.y += result.page->origin().y;
+            step = result.page->origin();
         }
+        result.origin.x += step.x;
+        result.origin.y += step.y;
     }
+    result.shown = allOf != 0;
+    result.disabled = (anyOf & FlagDisabled) != 0;
     return result;
 }
 

@@ -38,6 +38,9 @@ TEST_F(Dispatch, ReactionsNeedAMatcherTheirOwnFlagAndAnEnabledOwner) {
     owner.setDisabled(true);
     send(Key);
     EXPECT_THAT(said(), IsEmpty());
+    disabled->setEnabled(true);
+    send(Key);
+    EXPECT_THAT(said(), ElementsAre("disabled")) << "an event that found nobody ready is scanned again";
 }
 
 TEST_F(Dispatch, ATouchEventGoesToTheLastDeclaredHitOnly) {
@@ -245,8 +248,12 @@ TEST_F(Timers, StartWinsOverStopAndRestartsInFull) {
     send(Other);
     EXPECT_EQ(plain.remaining(), 0);
     plain.setEnabled(false);
+    both.setEnabled(false);
     send(Key);
     EXPECT_EQ(plain.remaining(), 0);
+    plain.setEnabled(true);
+    send(Key);
+    EXPECT_EQ(plain.remaining(), 100);
 }
 
 TEST_F(Timers, RunOnHiddenOverlaysAndDisabledContainers) {

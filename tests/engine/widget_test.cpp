@@ -211,6 +211,7 @@ class Groups : public World {
         std::vector<Rect> result;
         for (Object* child : group.children())
             if (const Widget* widget = asWidget(child)) result.push_back(widget->rectangle());
+        group.setParent(nullptr);
         return result;
     }
     Screen screen{60, 40};

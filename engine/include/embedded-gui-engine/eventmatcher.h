@@ -7,6 +7,7 @@ using EventId = unsigned int;
 
 class EventMatcher {
   public:
+    /// Depends on the event alone and never changes: whoever asks may remember the answer.
     virtual bool matches(EventId eventId) const = 0;
 
   protected:

@@ -20,7 +20,9 @@ class Object {
         FlagPageActive = 0x40,        ///< pages: entered and not yet left
         FlagDrawingDeferred = 0x400,  ///< pages: the deferred widgets are being drawn
         FlagRedrawing = 0x20000,      ///< pages: a redraw is in progress
-        FlagFocusableByNature = 0x100000
+        FlagFocusableByNature = 0x100000,
+        FlagIsWidget = 0x200000,  ///< what isWidget and isPage answer, for walks that every widget pays for
+        FlagIsPage = 0x400000
     };
 
     virtual void setParent(Object* parent) { parent_ = parent; }

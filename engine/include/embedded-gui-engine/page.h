@@ -105,7 +105,7 @@ class Page : public Reactionee, public Reactable, public Object {
 
   private:
     static constexpr std::uint32_t flagsOf(const PageParams& params) {
-        return (params.enabled ? FlagEnabled : 0u) | (params.modal ? FlagModal : 0u) |
+        return FlagIsPage | (params.enabled ? FlagEnabled : 0u) | (params.modal ? FlagModal : 0u) |
                (params.noBackground ? FlagNoBackground : 0u) | (params.inHistory ? FlagInHistory : 0u);
     }
     void drawBackground(Painter& painter) const;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 
+#include "embedded-gui-engine/deafness.h"
 #include "embedded-gui-engine/eventmatcher.h"
 #include "embedded-gui-engine/pointerlist.h"
 
@@ -84,6 +85,7 @@ class Reactable {
     std::int16_t reactionCount_;
     std::int16_t timerCount_;
     std::int16_t hookCount_;
+    Deafness deafness_;
 };
 
 }  // namespace Engine

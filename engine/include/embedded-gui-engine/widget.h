@@ -163,8 +163,8 @@ class Widget : public Reactionee, public Object {
           background_(params.background),
           disabledForeground_(params.disabledForeground),
           disabledBackground_(params.disabledBackground),
-          highlightForeground_(params.highlightForeground.value_or(0xFF000000)),
-          highlightBackground_(params.highlightBackground.value_or(0xFFFFFFFF)),
+          highlightForeground_(params.highlightForeground.valueOr(0xFF000000)),
+          highlightBackground_(params.highlightBackground.valueOr(0xFFFFFFFF)),
           highlightFont_(params.highlightFont),
           highlightBorder_(params.highlightBorder),
           haloColor_(params.haloColor),
@@ -226,9 +226,9 @@ class Widget : public Reactionee, public Object {
     Rect visibleArea() const;
 
     static constexpr std::uint32_t flagsOf(const WidgetParams& params) {
-        return (params.enabled ? FlagEnabled : 0u) | (params.disabled ? FlagDisabled : 0u) |
-               (params.highlightForeground ? HasHighlightForeground : 0u) |
-               (params.highlightBackground ? HasHighlightBackground : 0u) | (params.wrap ? FlagWrap : 0u);
+        return FlagIsWidget | (params.enabled ? FlagEnabled : 0u) | (params.disabled ? FlagDisabled : 0u) |
+               (params.highlightForeground.isGiven() ? HasHighlightForeground : 0u) |
+               (params.highlightBackground.isGiven() ? HasHighlightBackground : 0u) | (params.wrap ? FlagWrap : 0u);
     }
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 #include "embedded-gui-engine/color.h"
 #include "embedded-gui-engine/painter.h"
@@ -10,6 +9,19 @@ namespace Engine {
 
 class Border;
 class Font;
+
+/// A colour that may be left out.
+class OptionalColor {
+  public:
+    constexpr OptionalColor() = default;
+    constexpr OptionalColor(Color color) : color_(color), given_(true) {}
+    constexpr bool isGiven() const { return given_; }
+    constexpr Color valueOr(Color other) const { return given_ ? color_ : other; }
+
+  private:
+    Color color_ = 0;
+    bool given_ = false;
+};
 
 /// The record that a widget is built from. Pointers are not owned and may be null.
 struct WidgetParams {
@@ -25,8 +37,8 @@ struct WidgetParams {
     bool disabled = false;
     Color disabledForeground = 0xFF808080;
     Color disabledBackground = 0xFF000000;
-    std::optional<Color> highlightForeground = {};  ///< without a value the highlighted state keeps `foreground`
-    std::optional<Color> highlightBackground = {};
+    OptionalColor highlightForeground = {};  ///< without a value the highlighted state keeps `foreground`
+    OptionalColor highlightBackground = {};
     Font* highlightFont = nullptr;
     Border* highlightBorder = nullptr;
     Font* font = nullptr;
