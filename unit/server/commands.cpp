@@ -1,0 +1,199 @@
+// The requests of the control socket.
+#include <charconv>
+#include <functional>
+#include <map>
+
+#include "model/catalogue/constants.h"
+#include "unit/server/server.h"
+
+namespace Unit {
+
+using nlohmann::json;
+
+namespace {
+
+std::string ok(const std::string& payload = "") {
+    return payload.empty() ? "ok" : "ok " + payload;
+}
+
+/// One line whatever the problem's text holds.
+std::string error(std::string problem) {
+    for (char& c : problem)
+        if (c == '\n' || c == '\r') c = ' ';
+    return "error " + problem;
+}
+
+/// A text as one line: escaped as in JSON, without the quotation marks.
+std::string oneLine(const std::string& text) {
+    const std::string quoted = json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+    return quoted.substr(1, quoted.size() - 2);
+}
+
+/// The first word; `rest` becomes what follows it.
+std::string takeWord(std::string& rest) {
+    const auto end = rest.find(' ');
+    std::string word = rest.substr(0, end);
+    rest = end == std::string::npos ? "" : rest.substr(rest.find_first_not_of(' ', end));
+    return word;
+}
+
+template <typename Integer>
+bool toNumber(const std::string& text, Integer& value) {
+    const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return failed == std::errc() && end == text.data() + text.size();
+}
+
+}  // namespace
+
+std::string Server::answer(std::string_view line) {
+    using Request = std::function<std::string(const std::string& rest)>;
+    const std::map<std::string, Request> requests = {
+        {"tick", [this](const std::string& rest) { return answerTick(rest); }},
+        {"drain",
+         [this](const std::string&) {
+             broker_.drain();
+             announceChanges();
+             broker_.flush();
+             return ok();
+         }},
+        {"lockstep",
+         [this](const std::string& rest) {
+             if (rest != "on" && rest != "off") return error("Say lockstep on or lockstep off.");
+             setPace(rest == "on" ? Pace::Lockstep : Pace::Free);
+             return ok();
+         }},
+        {"scene", [this](const std::string& rest) { return answerScene(rest); }},
+        {"set", [this](const std::string& rest) { return answerSet(rest, true); }},
+        {"poke", [this](const std::string& rest) { return answerSet(rest, false); }},
+        {"get", [this](const std::string& rest) { return answerGet(rest); }},
+        {"send", [this](const std::string& rest) { return answerSend(rest); }},
+        {"do", [this](const std::string& rest) { return answerConfigure(rest); }},
+        {"settings",
+         [this](const std::string&) {
+             return ok(simulation_.describe().dump(-1, ' ', false, json::error_handler_t::replace));
+         }},
+        {"hostile",
+         [this](const std::string& rest) {
+             std::string problem;
+             return hostile_.set(rest, problem) ? ok() : error(problem);
+         }},
+        {"journal", [this](const std::string&) { return journal(); }},
+        {"subscriptions", [this](const std::string&) { return subscriptions(); }},
+        {"status", [this](const std::string&) { return status(); }},
+    };
+    std::string rest(line);
+    const std::string verb = takeWord(rest);
+    if (const auto found = requests.find(verb); found != requests.end()) return found->second(rest);
+    std::string known = "watch";
+    for (const auto& [name, ignored] : requests) known += " " + name;
+    return error("There is no request \"" + verb + "\"; there are " + known + ".");
+}
+
+std::string Server::answerTick(const std::string& rest) {
+    std::int64_t nanoseconds = tickPeriod;
+    if (!rest.empty() && !toNumber(rest, nanoseconds)) return error("Say tick NANOSECONDS.");
+    if (nanoseconds < 0) return error("Time does not run backwards.");
+    if (pace_ == Pace::Free) return error("The server runs free; say lockstep on first.");
+    broker_.drain();
+    announceChanges();
+    tick(nanoseconds);
+    broker_.flush();
+    broker_.reap();
+    return ok();
+}
+
+std::string Server::answerScene(const std::string& rest) {
+    std::vector<std::string> problems;
+    if (!simulation_.loadScene(rest, problems)) {
+        std::string all;
+        for (const std::string& problem : problems) all += (all.empty() ? "" : " | ") + problem;
+        return error(all);
+    }
+    announceChanges();
+    broker_.flush();
+    return ok();
+}
+
+std::string Server::answerSet(const std::string& rest, bool notice) {
+    std::string value = rest;
+    const std::string name = takeWord(value);
+    std::string problem;
+    const auto cell = Store::find(name, problem);
+    if (!cell) return error(problem);
+    const auto bytes = Store::parse(*cell, value, problem);
+    if (!bytes) return error(name + ": " + problem);
+    Store& store = simulation_.store();
+    if (!notice) {
+        std::copy(bytes->begin(), bytes->end(), store.bytes(*cell).begin());
+        return ok();
+    }
+    store.setBytes(*cell, *bytes);
+    store.note(cell->id);
+    simulation_.changed(cell->id);
+    announceChanges();
+    broker_.flush();
+    return ok();
+}
+
+std::string Server::answerGet(const std::string& rest) {
+    std::string problem;
+    const auto cell = Store::find(rest, problem);
+    return cell ? ok(oneLine(simulation_.store().show(*cell))) : error(problem);
+}
+
+std::string Server::answerSend(const std::string& rest) {
+    std::uint16_t id = 0;
+    if (!toNumber(rest, id) || id >= Catalogue::messages.size())
+        return error("Say send ID, with an id below " + std::to_string(Catalogue::messages.size()) + ".");
+    simulation_.store().note(id);
+    simulation_.changed(id);
+    announceChanges();
+    broker_.flush();
+    return ok();
+}
+
+std::string Server::answerConfigure(const std::string& rest) {
+    std::string value = rest;
+    const std::string module = takeWord(value);
+    const std::string setting = takeWord(value);
+    json parsed = json::parse(value, nullptr, false);
+    if (parsed.is_discarded()) parsed = value;  // a bare word is a text
+    std::string problem;
+    if (!simulation_.configure(module, setting, parsed, problem)) return error(problem);
+    announceChanges();
+    broker_.flush();
+    return ok();
+}
+
+std::string Server::status() {
+    json clients = json::array();
+    for (const auto& client : broker_.clients())
+        clients.push_back({{"pid", client->pid()},
+                           {"subscriptions", client->subscriptions().size()},
+                           {"all", client->wantsAll()},
+                           {"waiting", client->waiting()}});
+    const json answer = {{"pace", pace_ == Pace::Free ? "free" : "lockstep"},
+                         {"open", broker_.isOpen()},
+                         {"ticks", ticks_},
+                         {"clients", clients}};
+    return ok(answer.dump());
+}
+
+std::string Server::journal() {
+    broker_.drain();
+    json ids = json::array();
+    for (const Notify& notice : broker_.takeJournal()) ids.push_back(notice.id);
+    announceChanges();
+    broker_.flush();
+    return ok(ids.dump());
+}
+
+std::string Server::subscriptions() {
+    broker_.drain();
+    // The product asks for messages one by one; a tool that watches takes all.
+    for (auto client = broker_.clients().rbegin(); client != broker_.clients().rend(); ++client)
+        if (!(*client)->subscriptions().empty()) return ok(json((*client)->subscriptions()).dump());
+    return ok("[]");
+}
+
+}  // namespace Unit

@@ -1,0 +1,136 @@
+#include "unit/server/hostile.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "model/catalogue/constants.h"
+
+namespace Unit {
+
+namespace {
+
+/// The words behind the mode.
+class Arguments {
+  public:
+    explicit Arguments(const std::string& text) : stream_(text) {}
+
+    std::string word() {
+        std::string word;
+        stream_ >> word;
+        return word;
+    }
+    /// `otherwise` when there is no number.
+    unsigned number(unsigned otherwise) {
+        unsigned value = 0;
+        return stream_ >> value ? value : otherwise;
+    }
+    bool area(std::size_t& index, std::string& problem) {
+        const std::string wanted = word();
+        for (index = 0; index < Catalogue::areas.size(); ++index)
+            if (wanted == Catalogue::areas[index].name) return true;
+        problem = "There is no area \"" + wanted + "\".";
+        return false;
+    }
+
+  private:
+    std::istringstream stream_;
+};
+
+}  // namespace
+
+bool Hostile::set(const std::string& text, std::string& problem) {
+    Arguments arguments(text);
+    const std::string mode = arguments.word();
+    std::size_t area = 0;
+    if (mode == "off") {
+        off();
+    } else if (mode == "split") {
+        const unsigned tail = arguments.number(5);
+        if (tail == 0 || tail >= sizeof(Notify)) {
+            problem = "A record is split after 1 to 11 bytes.";
+            return false;
+        }
+        broker_.setTail(tail);
+    } else if (mode == "storm") {
+        storm_ = arguments.number(300);
+    } else if (mode == "unknown") {
+        unknown_ = true;
+    } else if (mode == "deaf") {
+        broker_.setDeaf(true);
+    } else if (mode == "silent") {
+        broker_.setSilent(true);
+    } else if (mode == "torn") {
+        return tear(arguments.word(), problem);
+    } else if (mode == "truncate") {
+        if (!arguments.area(area, problem)) return false;
+        areas_.truncate(area, arguments.number(Catalogue::areas[area].size / 2));
+    } else if (mode == "header") {
+        if (!arguments.area(area, problem)) return false;
+        areas_.forgeHeader(area, arguments.number(Catalogue::areas[area].size + 1));
+    } else if (mode == "restart") {
+        restart_ = true;
+        restartTicks_ = arguments.number(60);
+    } else {
+        problem = std::string("The hostile modes are ") + help + ".";
+        return false;
+    }
+    return true;
+}
+
+void Hostile::off() {
+    storm_ = 0;
+    unknown_ = false;
+    broker_.setTail(0);
+    broker_.setDeaf(false);
+    broker_.setSilent(false);
+    areas_.restoreHeaders();
+}
+
+bool Hostile::tear(const std::string& name, std::string& problem) {
+    // No byte ends the text, and its last one begins a character that never comes.
+    const auto fill = [this](const Cell& cell) {
+        const auto field = store_.bytes(cell);
+        std::fill(field.begin(), field.end(), std::byte{'x'});
+        field.back() = std::byte{0xe2};
+        store_.note(cell.id);
+    };
+    if (name.empty()) {
+        for (const auto& value : Catalogue::values)
+            if (const auto cell = Store::find(value.name); cell && cell->kind == Catalogue::Kind::Text) fill(*cell);
+        return true;
+    }
+    const auto cell = Store::find(name, problem);
+    if (!cell) return false;
+    if (cell->kind != Catalogue::Kind::Text) {
+        problem = name + " is no text.";
+        return false;
+    }
+    fill(*cell);
+    return true;
+}
+
+void Hostile::tick() {
+    if (storm_ > 0) sendStorm();
+    if (unknown_) sendUnknown();
+}
+
+void Hostile::sendStorm() {
+    const auto all = Catalogue::subscriptions;
+    for (unsigned i = 0; i < storm_; ++i) broker_.announce(all[stormAt_++ % all.size()]);
+}
+
+void Hostile::sendUnknown() {
+    const auto beyond = static_cast<std::uint32_t>(Catalogue::messages.size());
+    for (const std::uint32_t id : {0U, 1U, 5U, beyond, 70000U, 0x80000000U, 0xffffffffU}) {
+        for (const auto& client : broker_.clients()) client->queue(Notify{id, 0xdeadbeef, id});
+    }
+}
+
+bool Hostile::takeRestart(unsigned& ticks) {
+    if (!restart_) return false;
+    restart_ = false;
+    ticks = restartTicks_;
+    return true;
+}
+
+}  // namespace Unit

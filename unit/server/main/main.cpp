@@ -1,0 +1,76 @@
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "unit/server/main/home.h"
+#include "unit/server/server.h"
+
+namespace {
+
+constexpr int exitUsage = 2;
+
+/// One server a unit: the lock lasts as long as the process.
+bool takeLock(const std::filesystem::path& folder) {
+    const std::string file = folder / "server.lock";
+    const int fd = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (fd < 0) {
+        std::fprintf(stderr, "unit-server: %s: %s\n", file.c_str(), std::strerror(errno));
+        return false;
+    }
+    if (::flock(fd, LOCK_EX | LOCK_NB) == 0) return true;
+    std::fprintf(stderr, "unit-server: the %s has a server already. Stop it first, or choose another TERN_INSTANCE.\n",
+                 Unit::unitName().c_str());
+    return false;
+}
+
+bool prepare(Unit::Server& server, const std::string& scene, const std::vector<std::string>& hostile) {
+    std::vector<std::string> problems;
+    if (!scene.empty()) server.simulation().loadScene(scene, problems);
+    for (const std::string& mode : hostile) {
+        std::string problem;
+        if (!server.hostile().set(mode, problem)) problems.push_back(problem);
+    }
+    for (const std::string& problem : problems) std::fprintf(stderr, "unit-server: %s\n", problem.c_str());
+    return problems.empty();
+}
+
+int serve(const std::string& scene, bool lockstep, const std::vector<std::string>& hostile) {
+    ::umask(0);  // the areas and the gate are for every user of the unit
+    const auto folder = Unit::homeFolder();
+    if (!takeLock(folder)) return EXIT_FAILURE;
+    Unit::Server server({.folder = folder, .wallClock = !lockstep}, lockstep ? Unit::Pace::Lockstep : Unit::Pace::Free);
+    if (!prepare(server, scene, hostile)) return exitUsage;
+    server.open();
+    std::printf("The server of the %s is ready.\n", Unit::unitName().c_str());
+    std::fflush(stdout);
+    server.run();
+    return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App options("The stand-in server of a virtual unit. It ends on SIGTERM or SIGINT and leaves nothing behind.");
+    std::string scene;
+    bool lockstep = false;
+    std::vector<std::string> hostile;
+    options.add_option("--scene", scene, "JSON file with the state to begin with, instead of the saved settings");
+    options.add_flag("--lockstep", lockstep, "Time passes only by the requests of the control socket");
+    options.add_option("--hostile", hostile, std::string("Misbehave: ") + Unit::Hostile::help);
+    CLI11_PARSE(options, argc, argv);
+    try {
+        return serve(scene, lockstep, hostile);
+    } catch (const std::exception& problem) {
+        std::fprintf(stderr, "unit-server: %s\n", problem.what());
+        return EXIT_FAILURE;
+    }
+}

@@ -1,0 +1,192 @@
+#include "unit/server/simulation.h"
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "model/catalogue/constants.h"
+#include "unit/server/modules/modules.h"
+
+namespace Unit {
+
+using nlohmann::json;
+
+namespace {
+
+constexpr std::string_view ownArea = "MemGuiLocal";
+
+/// A copy of every area, to find out what has changed.
+class Snapshot {
+  public:
+    explicit Snapshot(std::span<std::byte* const> bases) {
+        for (std::size_t area = 0; area < bases.size(); ++area)
+            copies_.emplace_back(bases[area], bases[area] + Catalogue::areas[area].size);
+    }
+
+    void noteDifferences(Store& store, std::span<std::byte* const> bases) const {
+        const auto differs = [&](std::int16_t area, std::size_t offset, std::size_t size) {
+            const auto index = static_cast<std::size_t>(area);
+            return std::memcmp(copies_[index].data() + offset, bases[index] + offset, size) != 0;
+        };
+        for (const auto& value : Catalogue::values)
+            if (value.area != Catalogue::noArea && differs(value.area, value.offset, value.size)) store.note(value.id);
+        for (const auto& table : Catalogue::tables)
+            if (differs(table.area, table.base, std::size_t{table.rows} * table.stride)) store.note(table.id);
+    }
+
+  private:
+    std::vector<std::vector<std::byte>> copies_;
+};
+
+std::string plain(const json& value) {
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+struct Assignment {
+    Cell cell;
+    std::vector<std::byte> bytes;
+};
+
+std::vector<Assignment> checkValues(const json& values, std::vector<std::string>& problems) {
+    std::vector<Assignment> assignments;
+    if (!values.is_object()) problems.push_back("\"values\" must be an object of variable names.");
+    for (const auto& [name, value] : values.items()) {
+        std::string problem;
+        const auto cell = Store::find(name, problem);
+        if (!cell) {
+            problems.push_back(problem);
+        } else if (auto bytes = Store::parse(*cell, plain(value), problem)) {
+            assignments.push_back({*cell, std::move(*bytes)});
+        } else {
+            problems.push_back(name + ": " + problem);
+        }
+    }
+    return assignments;
+}
+
+}  // namespace
+
+Simulation::Simulation(std::span<std::byte* const> bases, const Surroundings& surroundings)
+    : bases_(bases.begin(), bases.end()), store_(bases), saved_(store_, surroundings.folder / "settings.json") {
+    addModules(surroundings);
+    hearings_.resize(Store::idLimit);
+    for (const auto& module : modules_)
+        for (const auto& [id, reaction] : module->hearings()) hearings_[id].push_back(reaction);
+    for (const auto& module : modules_) module->factory();
+    saved_.restore();
+    for (const auto& module : modules_) module->powerUp();
+    store_.clearNotices();
+}
+
+Simulation::~Simulation() = default;
+
+void Simulation::addModules(const Surroundings& surroundings) {
+    modules_ = makeModules(store_, surroundings, [this] { factoryReset(); });
+}
+
+void Simulation::switchOn() {
+    for (const auto& module : modules_) module->factory();
+    for (const auto& module : modules_) module->powerUp();
+}
+
+void Simulation::factoryReset() {
+    for (const auto& module : modules_) module->factory();
+}
+
+bool Simulation::loadScene(const std::filesystem::path& file, std::vector<std::string>& problems) {
+    std::ifstream stream(file);
+    if (!stream) {
+        problems.push_back("The scene " + file.string() + " cannot be read.");
+        return false;
+    }
+    const json scene = json::parse(stream, nullptr, false, true);
+    if (!scene.is_discarded()) return applyScene(scene, problems);
+    problems.push_back("The scene " + file.string() + " is no JSON.");
+    return false;
+}
+
+bool Simulation::applyScene(const json& scene, std::vector<std::string>& problems) {
+    if (!scene.is_object()) {
+        problems.push_back("A scene is a JSON object.");
+        return false;
+    }
+    for (const auto& [key, ignored] : scene.items())
+        if (key != "about" && key != "values" && key != "modules")
+            problems.push_back("A scene has no \"" + key + "\"; it has \"about\", \"modules\" and \"values\".");
+    const auto assignments = checkValues(scene.value("values", json::object()), problems);
+    std::vector<std::pair<const Setting*, json>> settings;
+    const json modules = scene.value("modules", json::object());
+    for (const auto& [module, wanted] : modules.items()) {
+        if (!wanted.is_object()) problems.push_back("The module " + module + " takes an object of settings.");
+        for (const auto& [name, value] : wanted.items()) {
+            std::string problem;
+            const Setting* setting = findSetting(module, name, problem);
+            if (setting != nullptr && setting->accepts(value, problem)) {
+                settings.emplace_back(setting, value);
+            } else {
+                problems.push_back(module + ": " + problem);
+            }
+        }
+    }
+    if (!problems.empty()) return false;
+
+    const Snapshot before(bases_);
+    for (std::size_t area = 0; area < bases_.size(); ++area)
+        if (Catalogue::areas[area].name != ownArea) std::memset(bases_[area], 0, Catalogue::areas[area].size);
+    switchOn();
+    for (const auto& [setting, value] : settings) setting->apply(value);
+    for (const auto& [cell, bytes] : assignments) store_.setBytes(cell, bytes);
+    for (const auto& assignment : assignments) changed(assignment.cell.id);
+    store_.clearNotices();
+    before.noteDifferences(store_, bases_);
+    return true;
+}
+
+void Simulation::tick(std::int64_t nanoseconds) {
+    for (const auto& module : modules_) module->tick(nanoseconds);
+    saved_.tick(nanoseconds);
+}
+
+void Simulation::changed(std::uint16_t id) {
+    if (id >= hearings_.size()) return;
+    for (const auto& reaction : hearings_[id]) reaction();
+}
+
+const Setting* Simulation::findSetting(const std::string& module, const std::string& setting,
+                                       std::string& problem) const {
+    std::string known;
+    for (const auto& candidate : modules_) {
+        if (candidate->name() != module) {
+            known += " " + candidate->name();
+            continue;
+        }
+        std::string has;
+        for (const Setting& one : candidate->settings()) {
+            if (one.name == setting) return &one;
+            has += " " + one.name;
+        }
+        problem = "There is no setting \"" + setting + "\"; it has" + (has.empty() ? " none" : has) + ".";
+        return nullptr;
+    }
+    problem = "There is no module \"" + module + "\"; there are" + known + ".";
+    return nullptr;
+}
+
+bool Simulation::configure(const std::string& module, const std::string& setting, const json& value,
+                           std::string& problem) {
+    const Setting* found = findSetting(module, setting, problem);
+    if (found == nullptr || !found->accepts(value, problem)) return false;
+    found->apply(value);
+    return true;
+}
+
+json Simulation::describe() const {
+    json described = json::object();
+    for (const auto& module : modules_) {
+        json& settings = described[module->name()] = json::object();
+        for (const Setting& setting : module->settings()) settings[setting.name] = setting.describe();
+    }
+    return described;
+}
+
+}  // namespace Unit
