@@ -30,7 +30,7 @@ class Device final : public DelayedOpen {
     }
 };
 
-class DelayedOpenTest : public World {
+class DelayedOpenTest : public WorldTest {
   protected:
     Device device;
 };

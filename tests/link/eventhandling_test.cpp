@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* path = "/dev/input/touchscreen0";
 
-class EventHandlingTest : public World {
+class EventHandlingTest : public WorldTest {
   protected:
     EventHandlingTest() {
         driver.plug(path);

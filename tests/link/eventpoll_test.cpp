@@ -26,7 +26,7 @@ struct Recorder final : EventPoll::Callback {
     void onPollEvent(int what) override { seen.push_back(what); }
 };
 
-class EventPollTest : public World {
+class EventPollTest : public WorldTest {
   protected:
     EventPollTest() { EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0); }
     ~EventPollTest() override {

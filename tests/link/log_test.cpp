@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t prefixWidth = 22;
 constexpr std::size_t levelWidth = 12;
 
-class LogTest : public World {};
+class LogTest : public WorldTest {};
 
 /// What stands after the prefix of the program and the level's text.
 std::string messageOf(const std::string& line) {

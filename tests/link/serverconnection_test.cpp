@@ -24,7 +24,7 @@ struct Collector final : ServerConnection::EventHandler {
     void onNotify(const Notify& notify) override { seen.push_back(notify); }
 };
 
-class ServerConnectionTest : public World {
+class ServerConnectionTest : public WorldTest {
   protected:
     /// With the server gone first, closing does not wait for more of its data.
     ~ServerConnectionTest() override { server.die(); }

@@ -17,7 +17,7 @@ using testing::EndsWith;
 
 namespace {
 
-class SharedMemoryTest : public World {
+class SharedMemoryTest : public WorldTest {
   protected:
     ~SharedMemoryTest() override { Platform::shmUnlink("/MemTest"); }
 

@@ -13,10 +13,12 @@ using Platform::Virtual::Call;
 
 /// A virtual instance of the machine for the length of a test: own names and devices, a clock that stands still until
 /// it is stepped, faults on demand, and a log that can be read back.
-class World : public testing::Test {
+class World {
   public:
     World();
-    ~World() override;
+    World(const World&) = delete;
+    World& operator=(const World&) = delete;
+    ~World();
 
     void step(std::int64_t nanoseconds) { driver.advanceClock(nanoseconds); }
 
@@ -32,6 +34,8 @@ class World : public testing::Test {
 
     Platform::Virtual::TemporaryInstance instance_;
 
-  protected:
+  public:
     Platform::Virtual::Driver driver;
 };
+
+class WorldTest : public testing::Test, public World {};

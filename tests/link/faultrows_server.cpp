@@ -1,0 +1,298 @@
+#include <errno.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "apps/common/event/serverconnection.h"
+#include "faultmatrix.h"
+#include "server.h"
+
+namespace {
+
+constexpr const char* file = "apps/common/event/serverconnection.cpp";
+constexpr const char* notifyFile = "apps/common/event/notify.cpp";
+constexpr const char* gate = "/message-broker-ready";
+constexpr const char* socketPath = "/var/volatile/message-broker.socket";
+
+void connect(const Rig& rig) {
+    Server server;
+    EventPoll poll;
+    rig.arm();
+    const ServerConnection connection(&poll);
+    rig.done();
+    server.die();
+}
+
+void connectAtTheSecondTry(const Rig& rig) {
+    Platform::Virtual::failCall(Call::SemOpen, ENOENT, {.nth = 2});
+    connect(rig);
+}
+
+/// A failed client must leave the gate to its successor, and nothing in the event poll.
+void connectInVain(const Rig& rig) {
+    const Server server;
+    EventPoll poll;
+    rig.arm();
+    try {
+        const ServerConnection connection(&poll);
+    } catch (...) {
+        EXPECT_EQ(server.gateCount(), 1);
+        EXPECT_EQ(poll.wait(0), EventPoll::TimedOut);
+        throw;
+    }
+}
+
+void connectWithoutPassingOn(const Rig& rig) {
+    Server server;
+    EventPoll poll;
+    rig.arm();
+    try {
+        const ServerConnection connection(&poll);
+    } catch (...) {
+        EXPECT_EQ(poll.wait(0), EventPoll::TimedOut);
+        EXPECT_EQ(eventConnection(), nullptr);
+        throw;
+    }
+}
+
+void connectWithoutGate(const Rig& rig) {
+    Server server;
+    server.removeGate();
+    EventPoll poll;
+    rig.arm();
+    const ServerConnection connection(&poll);
+}
+
+struct Connected {
+    Server server;
+    EventPoll poll;
+    ServerConnection connection{&poll};
+    Connected() { server.accept(); }
+    ~Connected() { server.die(); }
+};
+
+void send(const Rig& rig) {
+    Connected link;
+    rig.arm();
+    sendEvent(7, 0, 0);
+}
+
+void subscribe(const Rig& rig) {
+    Connected link;
+    rig.arm();
+    link.connection.subscribe({7, 0, 0});
+}
+
+void read(const Rig& rig) {
+    Connected link;
+    link.server.send({{7, 0, 0}});
+    rig.arm();
+    EXPECT_EQ(link.poll.wait(0), EventPoll::Handled);
+    rig.done();
+}
+
+void readSplit(const Rig& rig) {
+    read(rig);
+    EXPECT_NE(rig.world.logText().find("of a split record"), std::string::npos);
+}
+
+void readEnd(const Rig& rig) {
+    Connected link;
+    link.server.send({{7, 0, 0}});
+    rig.arm();
+    link.poll.wait(0);
+    EXPECT_FALSE(link.connection.isOpen());
+}
+
+/// The peer's last data is waiting, and the peer is gone.
+void hangUp(const Rig& rig) {
+    Connected link;
+    link.server.send({{7, 0, 0}});
+    link.server.die();
+    rig.arm();
+    EXPECT_EQ(link.poll.wait(0), EventPoll::Handled);
+    rig.done();
+    EXPECT_FALSE(link.connection.isOpen());
+}
+
+}  // namespace
+
+FaultRows serverRows() {
+    const auto openErrors = errors({EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM});
+    const auto writeErrors = errors({EAGAIN, EBADF, EDESTADDRREQ, EFAULT, EINTR, EINVAL, EIO, ENOBUFS, ENOMEM, EPIPE});
+    const auto socketErrors =
+        errors({EACCES, EAFNOSUPPORT, EINTR, EINVAL, EMFILE, ENFILE, ENOBUFS, ENOMEM, EPROTONOSUPPORT});
+    const char* const unsent = "Could not send message to server";
+    return {
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemOpen,
+         .where = {.path = gate},
+         .faults = openErrors,
+         .outcome = Outcome::Retried,
+         .text = "20 tries in all",
+         .run = connect},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemOpen,
+         .detail = "(20th try)",
+         .where = {.nth = 20, .path = gate},
+         .faults = openErrors,
+         .text = "sem_open: <error>",
+         .run = connectWithoutGate},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SchedYield,
+         .faults = errors({EINTR, ENOSYS}),
+         .outcome = Outcome::Ignored,
+         .run = connectAtTheSecondTry},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemWait,
+         .faults = errors({EAGAIN, EINTR, EINVAL}),
+         .text = "sem_wait: <error>",
+         .run = connectInVain},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Socket,
+         .faults = socketErrors,
+         .text = "epoll_ctl: Bad file descriptor",
+         .run = connectInVain},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Socket,
+         .faults = answers(0),
+         .text = "socket: Success",
+         .run = connectInVain},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Connect,
+         .where = {.path = socketPath},
+         .faults = errors(
+             {EACCES, EADDRINUSE, EAGAIN, EBADF, ECONNREFUSED, EINTR, ENOENT, ENOTSOCK, EPERM, EPROTOTYPE, ETIMEDOUT}),
+         .text = "connect: <error>",
+         .run = connectInVain},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemPost,
+         .faults = errors({EINTR, EINVAL, EOVERFLOW}),
+         .text = "sem_post: <error>",
+         .run = connectWithoutPassingOn},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemClose,
+         .faults = errors({EINTR, EINVAL}),
+         .outcome = Outcome::Ignored,
+         .run = connect},
+        {.file = file,
+         .operation = "ServerConnection::subscribe",
+         .phase = Phase::StartUp,
+         .call = Call::Write,
+         .where = {.path = socketPath},
+         .faults = writeErrors,
+         .text = unsent,
+         .run = subscribe},
+        {.file = file,
+         .operation = "ServerConnection::subscribe",
+         .phase = Phase::StartUp,
+         .call = Call::Write,
+         .where = {.path = socketPath},
+         .faults = shorts(0, 23),
+         .text = unsent,
+         .run = subscribe},
+        {.file = file,
+         .operation = "ServerConnection::send",
+         .phase = Phase::Running,
+         .call = Call::Write,
+         .where = {.path = socketPath},
+         .faults = writeErrors,
+         .text = unsent,
+         .run = send},
+        {.file = file,
+         .operation = "ServerConnection::send",
+         .phase = Phase::Running,
+         .call = Call::Write,
+         .where = {.path = socketPath},
+         .faults = shorts(0, 11),
+         .text = unsent,
+         .run = send},
+        {.file = file,
+         .operation = "ServerConnection::close",
+         .phase = Phase::Running,
+         .call = Call::Shutdown,
+         .faults = errors({EBADF, EINTR, EINVAL, ENOTCONN, ENOTSOCK}),
+         .outcome = Outcome::Ignored,
+         .run = hangUp},
+        {.file = file,
+         .operation = "ServerConnection::close",
+         .phase = Phase::Running,
+         .call = Call::Poll,
+         .faults = errors({EINTR}),
+         .outcome = Outcome::Retried,
+         .run = hangUp},
+        {.file = file,
+         .operation = "ServerConnection::close",
+         .phase = Phase::Running,
+         .call = Call::Poll,
+         .faults = errors({EFAULT, EINVAL, ENOMEM}),
+         .outcome = Outcome::Ignored,
+         .text = "nothing more is read away",
+         .run = hangUp},
+        {.file = file,
+         .operation = "ServerConnection::close",
+         .phase = Phase::Running,
+         .call = Call::Read,
+         .faults = errors({EINTR}),
+         .outcome = Outcome::Retried,
+         .run = hangUp},
+        {.file = file,
+         .operation = "ServerConnection::close",
+         .phase = Phase::Running,
+         .call = Call::Read,
+         .faults = errors({EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO}),
+         .outcome = Outcome::Ignored,
+         .text = "nothing more is read away",
+         .run = hangUp},
+        {.file = file,
+         .operation = "ServerConnection::close",
+         .phase = Phase::Running,
+         .call = Call::Close,
+         .where = {.path = socketPath},
+         .faults = errors({EBADF, EINTR, EIO}),
+         .outcome = Outcome::Ignored,
+         .run = hangUp},
+        {.file = notifyFile,
+         .operation = "readNotifies",
+         .phase = Phase::Running,
+         .call = Call::Read,
+         .faults = errors({EAGAIN, EBADF, ECONNRESET, EFAULT, EINTR, EINVAL, EIO}),
+         .text = "Read error",
+         .run = read},
+        {.file = notifyFile,
+         .operation = "readNotifies",
+         .phase = Phase::Running,
+         .call = Call::Read,
+         .faults = shorts(1, 11),
+         .outcome = Outcome::Ignored,
+         .text = "the bytes are dropped with a warning",
+         .run = readSplit},
+        {.file = notifyFile,
+         .operation = "ServerConnection::onPollEvent",
+         .phase = Phase::Running,
+         .call = Call::Read,
+         .detail = "(end of the stream)",
+         .faults = answers(0),
+         .outcome = Outcome::Retried,
+         .text = "the connection is closed as at a hang-up, which reads the rest away",
+         .run = readEnd},
+    };
+}
