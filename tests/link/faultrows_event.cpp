@@ -86,7 +86,7 @@ FaultRows eventPollRows() {
          .operation = "EventPoll",
          .phase = Phase::StartUp,
          .call = Call::Sigaction,
-         .detail = "(SIGINT, SIGTERM, SIGALRM)",
+         .detail = "(SIGINT)",
          .faults = errors({EFAULT, EINTR, EINVAL}),
          .text = "sigaction: <error>",
          .run = construct},
