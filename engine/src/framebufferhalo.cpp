@@ -77,14 +77,14 @@ void Framebuffer<T>::drawMaskHalo(const Image& image, int srcX, int srcY, Rect d
     const Raster::Area inside = physical(canvas(), samples.area);
     const Mask mask{Raster::turned(rotation_, pixels, stride, samples.area), inside.x - block.x, inside.y - block.y,
                     inside.width, inside.height};
-    Raster::eachPart<blockWidth, blockRows>(
-        placed(canvas(), area), [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
-            Block window;
-            load(window, mask, u - radius, v - radius, part.width + 2 * radius, part.rows + 2 * radius);
-            alignas(32) std::uint8_t cover[blockWidth * blockRows];
-            spread(window, radius, part.width, part.rows, cover);
-            kernels_->stamp(part, {cover, 1, blockWidth}, colors_.background);
-        });
+    Raster::eachPart(placed(canvas(), area), {blockWidth, blockRows},
+                     [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
+                         Block window;
+                         load(window, mask, u - radius, v - radius, part.width + 2 * radius, part.rows + 2 * radius);
+                         alignas(32) std::uint8_t cover[blockWidth * blockRows];
+                         spread(window, radius, part.width, part.rows, cover);
+                         kernels_->stamp(part, {cover, 1, blockWidth}, colors_.background);
+                     });
 }
 
 template void Framebuffer<unsigned char>::drawMaskHalo(const Image&, int, int, Rect, int);

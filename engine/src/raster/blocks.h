@@ -6,17 +6,28 @@
 
 namespace Engine::Raster {
 
-// Low and long: the target is written in long runs, and both it and the block stay in the first cache.
-constexpr std::ptrdiff_t blockWidth = 256;
-constexpr std::ptrdiff_t blockRows = 8;
+/// How a target is cut into blocks.
+struct BlockShape {
+    std::ptrdiff_t width;
+    std::ptrdiff_t rows;
+};
 
-/// Calls visit(part of the target, u, v) for parts of at most that size.
-template <std::ptrdiff_t maxWidth, std::ptrdiff_t maxRows, typename T, typename Visit>
-void eachPart(const Target<T>& target, Visit visit) {
-    for (std::ptrdiff_t v = 0; v < target.rows; v += maxRows)
-        for (std::ptrdiff_t u = 0; u < target.width; u += maxWidth)
-            visit(Target<T>{target.first + v * target.rowStep + u, target.rowStep, std::min(maxWidth, target.width - u),
-                            std::min(maxRows, target.rows - v)},
+constexpr std::ptrdiff_t blockSize = 2048;  ///< pixels: with its sources it stays in the first cache
+constexpr std::ptrdiff_t longestRun = 256;
+
+/// Low and long, so that the target is written in long runs; as high as a narrow target leaves room for.
+constexpr BlockShape blockShape(std::ptrdiff_t targetWidth) {
+    const std::ptrdiff_t width = std::clamp<std::ptrdiff_t>((targetWidth + 7) / 8 * 8, 8, longestRun);
+    return {width, blockSize / width};
+}
+
+/// Calls visit(part of the target, u, v) for parts of at most that shape.
+template <typename T, typename Visit>
+void eachPart(const Target<T>& target, const BlockShape& shape, Visit visit) {
+    for (std::ptrdiff_t v = 0; v < target.rows; v += shape.rows)
+        for (std::ptrdiff_t u = 0; u < target.width; u += shape.width)
+            visit(Target<T>{target.first + v * target.rowStep + u, target.rowStep,
+                            std::min(shape.width, target.width - u), std::min(shape.rows, target.rows - v)},
                   u, v);
 }
 
@@ -26,11 +37,12 @@ template <typename T, typename S, typename Draw>
 void alongRows(const Target<T>& target, const Source<S>& source, Draw draw) {
     if (source.step == 1 || source.step == -1) return draw(joined(target, source), source);
     const auto turn = moves<S>().turn;
-    alignas(32) S block[blockWidth * blockRows];
-    eachPart<blockWidth, blockRows>(target, [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
-        turn(block, blockWidth, {source.first + u * source.step + v * source.rowStep, source.step, source.rowStep},
+    const BlockShape shape = blockShape(target.width);
+    alignas(32) S block[blockSize];
+    eachPart(target, shape, [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
+        turn(block, shape.width, {source.first + u * source.step + v * source.rowStep, source.step, source.rowStep},
              part.width, part.rows);
-        draw(part, Source<S>{block, 1, blockWidth});
+        draw(part, Source<S>{block, 1, shape.width});
     });
 }
 

@@ -51,13 +51,14 @@ struct ImageStyle {
 template <typename T>
 void drawScaledMask(const ImageStyle<T>& style, const Target<T>& target, const Source<std::uint8_t>& source) {
     const std::uint64_t max = sampleMax(style.sampleBits);
-    eachPart<blockWidth, blockRows>(target, [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
-        std::uint8_t block[blockWidth * blockRows];
+    const BlockShape shape = blockShape(target.width);
+    eachPart(target, shape, [&](const Target<T>& part, std::ptrdiff_t u, std::ptrdiff_t v) {
+        std::uint8_t block[blockSize];
         for (std::ptrdiff_t row = 0; row < part.rows; ++row)
             for (std::ptrdiff_t x = 0; x < part.width; ++x)
-                block[row * blockWidth + x] =
+                block[row * shape.width + x] =
                     coverage(source.first[(u + x) * source.step + (v + row) * source.rowStep], max);
-        style.kernels.mask(part, {block, 1, blockWidth}, style.foreground);
+        style.kernels.mask(part, {block, 1, shape.width}, style.foreground);
     });
 }
 
