@@ -30,7 +30,7 @@ TEST(Lowering, SharesWhatHasNoStateAndLowersARuleOnce) {
         "visible: VarNumber > 2 } }\n"
         "page Q { Label { foreground: state } }");
     ASSERT_FALSE(c.diagnostics.hasErrors()) << c.messages();
-    EXPECT_EQ(c.elements("Rules", "colorChoices").size(), 1u);
+    EXPECT_EQ(c.elements("SharedRules", "colorChoices").size(), 1u);
     EXPECT_TRUE(c.elements("P", "colorChoices").empty());
     EXPECT_EQ(c.elements("P", "flagChoices").size(), 1u);
     EXPECT_EQ(c.observersOf("VarFlag").size(), 3u);

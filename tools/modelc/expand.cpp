@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <set>
+#include <string_view>
 
 #include "tools/modelc/overloaded.h"
 #include "tools/modelc/staticvalue.h"
@@ -72,6 +73,13 @@ class Expander {
     }
 
     bool claim(const Name& name, const std::string& what) {
+        static const std::set<std::string_view> reserved = {
+            "SharedRules", "Engine", "Backend", "Assets", "Texts", "Icons", "Fonts", "Model", "std", "none", "touch"};
+        if (reserved.contains(name.text) || name.text.starts_with("Var") || name.text.starts_with("Event_")) {
+            diagnostics_.error(name.span, "'" + name.text + "' means something else already",
+                               "give this " + what + " another name");
+            return false;
+        }
         const auto [first, fresh] = names_.try_emplace(name.text, name.span);
         if (fresh) return true;
         auto& report = diagnostics_.error(

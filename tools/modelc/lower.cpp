@@ -378,7 +378,7 @@ void collectEdits(LoweringContext& context) {
 
 Lowered lower(const ModelTree& model, const Names& names, Diagnostics& diagnostics, Explanation& explanation) {
     Lowered lowered;
-    lowered.units.push_back(std::make_unique<LoweredUnit>("Rules"));
+    lowered.units.push_back(std::make_unique<LoweredUnit>("SharedRules"));
     LoweringContext context{model, names, diagnostics, lowered, explanation, Resolver(model, names, diagnostics),
                             {},    {},    {},          {},      {},          {}};
     if (!model.complete) return lowered;

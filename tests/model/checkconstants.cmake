@@ -1,0 +1,11 @@
+# Fails when a library of generated model data runs code before main or registers something for the end.
+string(REPLACE "," ";" libraries "${LIBRARIES}")
+foreach(library ${libraries})
+  execute_process(COMMAND ${NM} ${library} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT symbols MATCHES "modelLink")
+    message(FATAL_ERROR "${library} holds no model, so there is nothing to check")
+  endif()
+  if(symbols MATCHES "_GLOBAL__sub_I[^\n]*|__cxa_atexit")
+    message(FATAL_ERROR "${library} has a static constructor or an exit handler: ${CMAKE_MATCH_0}")
+  endif()
+endforeach()
