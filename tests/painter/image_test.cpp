@@ -84,6 +84,15 @@ TEST(ScaledImages, StepTheirErrorTerm) {
     EXPECT_EQ(target.picture(), (Picture{"......12"}));
 }
 
+TEST(ScaledImages, AreCutByThousandthsOfAtLeastOne) {
+    const std::vector<unsigned> argb = {0xff000001, 0xff000002, 0xff000003};
+    Target<unsigned int> target(4, 1);
+    target.letters = {{0, '.'}, {1, '1'}, {2, '2'}, {3, '3'}};
+    target.painter.drawImageScaled(imageOf(argb, 3, Image::Argb8888), {0, 0, 3, 1}, {-1500, 0, 3100, 1});
+    EXPECT_EQ(target.picture(), (Picture{"2222"}))
+        << "1500 pixels cut off at the left and 1596 at the right take one each";
+}
+
 TEST(Halo, IsAHardSilhouetteInTheBackgroundColor) {
     const std::vector<unsigned char> mask = {1, 0, 0,  //
                                              0, 0, 0,  //
