@@ -12,6 +12,7 @@
 #include "tools/modelc/edits.h"
 #include "tools/modelc/emit.h"
 #include "tools/modelc/expand.h"
+#include "tools/modelc/fitlint.h"
 #include "tools/modelc/lint.h"
 #include "tools/modelc/loadnames.h"
 #include "tools/modelc/lower.h"
@@ -29,6 +30,7 @@ struct Options {
     fs::path out;
     std::string why;
     std::string who;
+    std::vector<std::string> failOn;
     bool census = false;
     bool lint = false;
     bool json = false;
@@ -80,8 +82,12 @@ int tell(const Options& options, const ModelTree& model, const Lowered& lowered,
     if (options.census) printCensus(model, lowered, names, std::cout);
     if (options.print) print(lowered, std::cout);
     if (options.lint) {
-        const auto findings = lint(model, lowered, names, explanation, lintOptions());
+        auto findings = lint(model, lowered, names, explanation, lintOptions());
+        const auto unfit = lintTextFit(names, explanation);
+        findings.insert(findings.end(), unfit.begin(), unfit.end());
         options.json ? printLintJson(findings, std::cout) : printLint(findings, std::cout);
+        for (const auto& finding : findings)
+            if (std::find(options.failOn.begin(), options.failOn.end(), finding.check) != options.failOn.end()) return 1;
     }
     if (!options.why.empty() && !printWhy(explanation, options.why, std::cout)) {
         std::cerr << "Nothing is called " << options.why << "; write PAGE.WIDGET or PAGE.WIDGET.property.\n";
@@ -128,6 +134,7 @@ int main(int argc, char** argv) {
     app.add_flag("--census", options.census, "what the model is made of");
     app.add_flag("--lint", options.lint, "what works and is hardly meant so");
     app.add_flag("--json", options.json, "the lint's findings as JSON");
+    app.add_option("--fail-on", options.failOn, "checks of the lint that end with status 1, such as text-fit");
     app.add_flag("--print", options.print, "the lowered form");
     app.add_option("--why", options.why, "PAGE.WIDGET[.property]: which rules decide it");
     app.add_option("--who", options.who, "VARIABLE: what it drives and what writes it");
