@@ -24,8 +24,11 @@ namespace {
 /// costs two.
 constexpr std::ptrdiff_t alignedWidth = 64;
 
+/// Wide pieces in one pass of a row's loop. Short kernels gain from two, long ones lose.
+enum class Passes : std::uint8_t { Single, Double };
+
 /// Calls piece(Piece{}, u) for the pieces of a row.
-template <typename EachPiece>
+template <Passes passes = Passes::Single, typename EachPiece>
 [[gnu::always_inline]] inline void eachPiece(const std::uint32_t* row, std::ptrdiff_t width, EachPiece piece) {
     std::ptrdiff_t u = 0;
     const auto one = [&](auto size) {
@@ -39,6 +42,11 @@ template <typename EachPiece>
         if constexpr (!std::is_same_v<Wide, Quad>)
             if (((place + 3) & 4) != 0) one(Quad{});
     }
+    if constexpr (passes == Passes::Double)
+        while (u + 2 * Wide::count <= width) {
+            one(Wide{});
+            one(Wide{});
+        }
     while (u + Wide::count <= width) one(Wide{});
     if constexpr (!std::is_same_v<Wide, Quad>)
         if (u + Quad::count <= width) one(Quad{});
@@ -106,7 +114,7 @@ void blendVector(const Target<std::uint32_t>& target, Color color) {
     const Blend<Quad::Register> narrow(color);
     std::uint32_t* row = to.first;
     for (std::ptrdiff_t v = 0; v < to.rows; ++v, row += to.rowStep)
-        eachPiece(row, to.width, [&](auto size, std::ptrdiff_t u) {
+        eachPiece<Passes::Double>(row, to.width, [&](auto size, std::ptrdiff_t u) {
             using Piece = decltype(size);
             if constexpr (Piece::count == Wide::count)
                 Piece::store(row + u, wide.over(Piece::load(row + u)));
