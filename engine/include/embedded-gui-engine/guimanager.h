@@ -114,6 +114,10 @@ class GuiManager final : public Observer {
     /// Remembers the present page if it is one for the history.
     void navigateTo(Page* page);
     bool goBack();
+    // For a page strip, which holds pages active beside the active one in turn: a page becomes active, or ends that,
+    // with its event and the reactions to it. `activePage` and the history stay as they are.
+    void enterPage(Page& page);
+    void leavePage(Page& page);
     void clearHistory() { history_.clear(); }
     std::span<Page* const> history() const { return history_; }
 
@@ -155,8 +159,6 @@ class GuiManager final : public Observer {
     static EventId swipe(std::int64_t dx, std::int64_t dy);
 
     bool mayChangePage(const Page* page) const;
-    void enterPage(Page& page);
-    void leavePage(Page& page);
     void runPageEvent(Page& page, EventId eventId);
     void pushHistory(Page* page);
     void publishPageName();

@@ -28,6 +28,10 @@ class PointerList {
         return false;
     }
     constexpr void clear() { count_ = 0; }
+    /// Keeps the first `count` items.
+    constexpr void truncate(int count) {
+        if (count >= 0 && count < count_) count_ = static_cast<std::uint16_t>(count);
+    }
     constexpr bool isEmpty() const { return count_ == 0; }
     constexpr int size() const { return count_; }
     constexpr int capacity() const { return capacity_; }
