@@ -29,7 +29,7 @@ class ServerConnection final : public EventPoll::Callback {
     ServerConnection& operator=(const ServerConnection&) = delete;
     ~ServerConnection() override;
 
-    /// Null: notices are logged only.
+    /// Null: notices are logged only. Set within onNotify it takes over from the next block of 256 notices on.
     void setHandler(EventHandler* handler) { handler_ = handler; }
     /// The name of each message id, for the log; not copied. Ids beyond the table are logged as numbers.
     void setMessageNames(std::span<const char* const> names) { names_ = names; }
@@ -52,7 +52,7 @@ class ServerConnection final : public EventPoll::Callback {
     void connect();
     void writeRecords(const Notify* records, std::size_t count);
     void readRecords();
-    void deliver(const Notify& notify);
+    void deliver(std::span<const Notify> block) const;
     void logUnhandled(std::uint32_t id) const;
     void closeSocket();
 
