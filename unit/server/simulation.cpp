@@ -137,6 +137,7 @@ bool Simulation::applyScene(const json& scene, std::vector<std::string>& problem
     for (const auto& [setting, value] : settings) setting->apply(value);
     for (const auto& [cell, bytes] : assignments) store_.setBytes(cell, bytes);
     for (const auto& assignment : assignments) changed(assignment.cell.id);
+    tick(0);  // what follows from all that is there before anybody looks
     store_.clearNotices();
     before.noteDifferences(store_, bases_);
     return true;

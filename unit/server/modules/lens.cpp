@@ -1,0 +1,206 @@
+#include "unit/server/modules/lens.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+
+#include "model/catalogue/enums.h"
+
+namespace Unit {
+
+namespace {
+
+constexpr int encoderLast = 65535;
+constexpr std::int32_t inRange = 1, numbered = 2;
+/// What stands for infinity in a float that a display shows.
+constexpr double farthest = 9999;
+
+std::string member(const std::string& table, const char* name) {
+    return table + "." + name;
+}
+
+std::vector<std::string> lensChoices() {
+    std::vector<std::string> choices = {"none"};
+    for (const LensModel& model : lensModels()) choices.push_back(model.name);
+    return choices;
+}
+
+float finite(double value) {
+    return static_cast<float>(std::min(value, farthest));
+}
+
+}  // namespace
+
+Lens::Table::Table(Store& values, const std::string& name)
+    : active(values, member(name, "TableActive")),
+      inverse(values, member(name, "Inverse")),
+      first(values, member(name, "MinInterpolPos")),
+      last(values, member(name, "MaxInterpolPos")),
+      lower(values, member(name, "LowerBound")),
+      upper(values, member(name, "UpperBound")),
+      size(values, member(name, "ListSize")),
+      flags(values, name, "TableEntryFlags"),
+      axis(values, name, "EncoderValue"),
+      value(values, name, "EngravedValue"),
+      interpolated(values, name, "InterpolEngravedVal"),
+      main(values, name, "PrimaryEngravedValueAsString"),
+      sub(values, name, "SecondaryEngravedValueAsString") {}
+
+void Lens::Table::show(const Scale& scale) {
+    active.set(!scale.empty());
+    size.set(static_cast<std::int32_t>(scale.size()));
+    first.set(0);
+    last.set(scale.empty() ? 0 : encoderLast);
+    lower.set(0);
+    upper.set(scale.empty() ? 0 : encoderLast);
+    for (std::size_t row = 0; row < scale.size(); ++row) {
+        const Engraving& line = scale[row];
+        flags.setInteger(row, line.main.empty() ? inRange : inRange | numbered);
+        axis.setInteger(row, static_cast<std::int32_t>(std::lround(line.position * encoderLast)));
+        value.setReal(row, finite(line.value));
+        interpolated.setReal(row, finite(line.value));
+        main.setText(row, line.main);
+        sub.setText(row, line.sub);
+    }
+}
+
+Lens::Lens(Store& values, std::shared_ptr<FileTree> tree)
+    : Module("lens", values),
+      tree_(std::move(tree)),
+      metres_(values, "VarLensTableFocusMeter"),
+      feet_(values, "VarLensTableFocusImperial"),
+      stops_(values, "VarLensTableIris"),
+      lengths_(values, "VarLensTableZoom"),
+      described_(values, "VarLensTableDescription.TableActive"),
+      textActive_(values, "VarLensTableDescription.TextActive"),
+      meterFitted_(values, "VarLensTableDescription.MeterScaleFitted"),
+      text_(values, "VarLensTableDescription.LensText"),
+      brand_(values, "VarLensTableDescription.LensBrandName"),
+      serial_(values, "VarLensTableDescription.SerialNumber"),
+      zoomMinimum_(values, "VarLensZoomMinValue"),
+      zoomMaximum_(values, "VarLensZoomMaxValue"),
+      actFocus_(values, "VarLensActFocus"),
+      near_(values, "VarDofNearValue"),
+      far_(values, "VarDofFarValue"),
+      confusion_(values, "VarCircleofConfusion"),
+      actIris_(values, "VarLensActIris"),
+      focalLength_(values, "VarFocalLength"),
+      camLensType_(values, "VarCamLensType"),
+      focusAt_(values, "VarFocusTargetValue"),
+      irisAt_(values, "VarIrisTargetValue"),
+      zoomAt_(values, "VarZoomTargetValue"),
+      focusInverted_(values, "VarFocusTableInverted"),
+      irisInverted_(values, "VarIrisTableInverted"),
+      zoomInverted_(values, "VarZoomTableInverted"),
+      focusInvertedShown_(values, "VarFocusTableInverted_GuiLocal"),
+      irisInvertedShown_(values, "VarIrisTableInverted_GuiLocal"),
+      zoomInvertedShown_(values, "VarZoomTableInverted_GuiLocal"),
+      clear_(values, "VarLensClearLda"),
+      invalidFile_(values, "VarLensFileInvalidFile"),
+      notFound_(values, "VarFileNotFound"),
+      wantedFile_(values, "VarLoadLensFileName"),
+      activeFile_(values, "VarActivateLensFileName"),
+      recentCount_(values, "VarMruLensFileListSize"),
+      recent_(values, "VarMruLensFileList", "FileName") {
+    const auto current = [this] {
+        return model_ == nullptr ? 0 : static_cast<std::size_t>(model_ - lensModels().data()) + 1;
+    };
+    settingChoice(
+        "lens", lensChoices(), [this](std::size_t choice) { put(choice == 0 ? nullptr : &lensModels()[choice - 1]); },
+        current);
+    hear(clear_, [this] {
+        if (!clear_.take()) return;
+        put(nullptr);
+        activeFile_.set("");
+    });
+    hear(wantedFile_, [this] { loadFile(wantedFile_.get()); });
+    hear(activeFile_, [this] { loadFile(activeFile_.get()); });
+}
+
+void Lens::factory() {
+    confusion_.set(0.025F);
+    for (const Flag* inverted : {&focusInverted_, &irisInverted_, &zoomInverted_}) inverted->set(false);
+}
+
+void Lens::powerUp() {
+    put(nullptr);
+}
+
+void Lens::put(const LensModel* model) {
+    model_ = model;
+    metres_.show(model != nullptr ? model->metres() : Scale());
+    feet_.show(model != nullptr ? model->feet() : Scale());
+    stops_.show(model != nullptr ? model->stops() : Scale());
+    lengths_.show(model != nullptr ? model->focalLengths() : Scale());
+    described_.set(model != nullptr);
+    textActive_.set(model != nullptr);
+    meterFitted_.set(model != nullptr);
+    text_.set(model != nullptr ? model->label : "");
+    brand_.set(model != nullptr ? "Orvo" : "");
+    serial_.set(model != nullptr ? model->serial : "");
+    zoomMinimum_.set(model != nullptr ? static_cast<float>(model->shortest) : 0);
+    zoomMaximum_.set(model != nullptr ? static_cast<float>(model->longest) : 0);
+    camLensType_.set(model != nullptr ? Model::CamLensType::Data : Model::CamLensType::None);
+    showValues();
+}
+
+void Lens::loadFile(const std::string& name) {
+    if (name.empty()) return;
+    const auto file = tree_->resolve(name);
+    std::ifstream stream(file);
+    notFound_.set(file.empty() || !stream);
+    if (notFound_) return;
+    const auto described = nlohmann::json::parse(stream, nullptr, false);
+    const bool named = described.is_object() && described.contains("lens") && described["lens"].is_string();
+    const LensModel* model = named ? findLens(described["lens"].get<std::string>()) : nullptr;
+    invalidFile_.set(model == nullptr);
+    if (model == nullptr) return;
+    put(model);
+    activeFile_.set(name);
+    remember(name);
+}
+
+void Lens::remember(const std::string& name) {
+    std::size_t row = 0;
+    while (row + 1 < recent_.rows() && recent_.text(row) != name) ++row;
+    for (; row > 0; --row) recent_.setText(row, recent_.text(row - 1));
+    recent_.setText(0, name);
+    std::int32_t count = 0;
+    for (std::size_t i = 0; i < recent_.rows(); ++i) count += recent_.text(i).empty() ? 0 : 1;
+    recentCount_.set(count);
+}
+
+void Lens::tick(std::int64_t) {
+    focusInvertedShown_.set(focusInverted_);
+    irisInvertedShown_.set(irisInverted_);
+    zoomInvertedShown_.set(zoomInverted_);
+    showValues();
+}
+
+void Lens::showValues() {
+    if (model_ == nullptr) {
+        for (const Real* value : {&actFocus_, &near_, &far_}) value->set(0);
+        actIris_.set(0);
+        focalLength_.set(0);
+        return;
+    }
+    const double distance = model_->distanceAt(static_cast<double>(focusAt_.get()));
+    const double stop = model_->stopAt(static_cast<double>(irisAt_.get()));
+    const double length = model_->focalLengthAt(static_cast<double>(zoomAt_.get()));
+    actFocus_.set(finite(distance));
+    actIris_.set(static_cast<std::int32_t>(std::lround(stop * 100)));
+    focalLength_.set(static_cast<std::int32_t>(std::lround(length)));
+    showDepthOfField(distance, length, stop);
+}
+
+void Lens::showDepthOfField(double metres, double millimetres, double stop) {
+    // The classic thin lens: H = f^2 / (N c) + f; near = s (H - f) / (H + s - 2f), far = s (H - f) / (H - s).
+    const double f = millimetres / 1000;
+    const double c = std::max(0.001, static_cast<double>(confusion_.get())) / 1000;
+    const double hyperfocal = f * f / (stop * c) + f;
+    const double s = std::min(metres, farthest);
+    near_.set(finite(s * (hyperfocal - f) / (hyperfocal + s - 2 * f)));
+    far_.set(s >= hyperfocal ? static_cast<float>(farthest) : finite(s * (hyperfocal - f) / (hyperfocal - s)));
+}
+
+}  // namespace Unit
