@@ -27,7 +27,7 @@ class Lexer {
     std::vector<Token> run() {
         while (skipBlanks(), at_ < text_.size()) {
             const std::size_t begin = at_;
-            if (startsName(peek()))
+            if (startsName(peek()) || pastesBehindDot())
                 name();
             else if (isDigit(peek()))
                 number();
@@ -92,6 +92,9 @@ class Lexer {
         while (continuesName(peek(length))) ++length;
         return peek(length) == '}' ? length + 1 : 0;
     }
+
+    /// "Texts.{word}": a name may begin with a pasted part behind a point only, where no block can open.
+    bool pastesBehindDot() const { return at_ > 0 && text_[at_ - 1] == '.' && pastedLength() > 0; }
 
     void name() {
         const std::size_t begin = at_;

@@ -1,11 +1,17 @@
 #include "tools/modelc/lowered.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace Modelc {
 
 Pool& LoweredUnit::pool(std::string_view type, std::string_view array) {
-    if (const auto found = byName_.find(array); found != byName_.end()) return *found->second;
+    if (const auto found = byName_.find(array); found != byName_.end()) {
+        if (found->second->type != type)
+            throw std::logic_error("the array " + std::string(array) + " would hold " + std::string(type) + " beside " +
+                                   found->second->type);
+        return *found->second;
+    }
     pools_.push_back(std::make_unique<Pool>(Pool{std::string(type), std::string(array), {}, {}}));
     byName_.emplace(array, pools_.back().get());
     return *pools_.back();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 
 #include "tools/modelc/cppliteral.h"
 
@@ -12,6 +13,15 @@ namespace {
 /// Bytes of a part's text: a label shows 255 bytes at most, and hardly any value is longer than this.
 constexpr std::size_t shortText = 32;
 constexpr std::size_t longText = 256;
+
+/// Setters of different classes share names, and an array holds one class.
+std::string arrayOf(std::string_view target, std::string_view setter) {
+    std::string result;
+    if (target != "Engine::Widget")
+        for (const char c : target.substr(target.rfind(':') + 1))
+            if (std::isalnum(static_cast<unsigned char>(c)) != 0) result += c;
+    return result + std::string(setter);
+}
 
 std::string joined(const std::vector<std::string>& items) {
     std::string result;
@@ -108,7 +118,7 @@ std::string WidgetLowering::property(const PropertySchema& schema, const Propert
     const auto* inverse = std::get_if<NotValue>(&value->node);
     const auto* flag = inverse != nullptr ? std::get_if<VariableValue>(&inverse->operand->node) : nullptr;
     std::string observer;
-    std::string array = std::string(schema.setter) + (flag != nullptr ? "Inverses" : "Modifiers");
+    std::string array = arrayOf(target, schema.setter) + (flag != nullptr ? "Inverses" : "Modifiers");
     if (flag != nullptr) {
         const std::string cls = "Engine::InverseModifier<" + target + ">";
         observer = unit_.add(cls, array, cls + "(" + address + ", " + member + ", " + flag->variable->address + ")");

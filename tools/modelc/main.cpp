@@ -87,7 +87,8 @@ int tell(const Options& options, const ModelTree& model, const Lowered& lowered,
         findings.insert(findings.end(), unfit.begin(), unfit.end());
         options.json ? printLintJson(findings, std::cout) : printLint(findings, std::cout);
         for (const auto& finding : findings)
-            if (std::find(options.failOn.begin(), options.failOn.end(), finding.check) != options.failOn.end()) return 1;
+            if (std::find(options.failOn.begin(), options.failOn.end(), finding.check) != options.failOn.end())
+                return 1;
     }
     if (!options.why.empty() && !printWhy(explanation, options.why, std::cout)) {
         std::cerr << "Nothing is called " << options.why << "; write PAGE.WIDGET or PAGE.WIDGET.property.\n";

@@ -30,6 +30,7 @@ void syncVariables() {
     Model::syncFrame();
 }
 void linkModelOnce() {
+    Engine::setTextTable(Texts::tables, &Model::VarLanguage);
     Model::link(Model::modelLink, Model::variables);
 }
 
