@@ -31,7 +31,7 @@ const std::map<std::string, std::set<std::string>> allowed = {
       "apps/libs/delayedopen", "apps/gui/common"}},
     {"apps/libs/png", {}},
     {"apps/gui/testcard", {"platform", "apps/common/log", "apps/libs/png", "apps/gui/common"}},
-    {"tools", {"model"}},
+    {"tools", {"model", "tools/textfit"}},
     {"tools/textfit", {"engine"}},
     {"unit",
      {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory",
