@@ -6,11 +6,13 @@
 #include <future>
 
 #include "tools/assetc/assetwriter.h"
+#include "tools/assetc/canvas.h"
 #include "tools/assetc/fontmaker.h"
 #include "tools/assetc/fontspec.h"
 #include "tools/assetc/iconlist.h"
 #include "tools/assetc/rasterizer.h"
 #include "tools/assetc/sheet.h"
+#include "tools/common/inputerror.h"
 #include "tools/texttable/texttable.h"
 
 namespace {
@@ -51,20 +53,39 @@ std::vector<ImageData> makeImages(const Inputs& inputs) {
     return images;
 }
 
+// A picture of the drawing's own size, on black.
+void writePicture(const IconEntry& drawing, const std::filesystem::path& file) {
+    Canvas canvas(drawing.width, drawing.height, 0);
+    canvas.draw(drawIcon(drawing), 0, 0, 1, 0);
+    canvas.writePng(file);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
     CLI::App app("Makes the built-in fonts and images of the model.");
     Inputs inputs;
     std::filesystem::path out;
-    app.add_option("--model", inputs.model, "folder with fonts/, icons/ and texts/")->required();
+    app.add_option("--model", inputs.model, "folder with fonts/, icons/ and texts/");
     app.add_option("--font-folder", inputs.fontFolder, "folder of the outline fonts");
     app.require_subcommand(1);
     CLI::App* data = app.add_subcommand("data", "write the constant data");
     data->add_option("folder", out, "folder of generated sources")->required();
     CLI::App* sheet = app.add_subcommand("sheet", "write fonts.png and icons.png, pictures to look at");
     sheet->add_option("folder", out, "folder of the pictures")->required();
+    IconEntry drawing = {.name = "picture", .file = {}, .format = PixelFormat::Argb8888, .meaning = {}};
+    CLI::App* picture = app.add_subcommand("picture", "write a vector drawing as a PNG file");
+    picture->add_option("drawing", drawing.file, "the SVG file")->required();
+    picture->add_option("width", drawing.width, "of the drawing, pixels")->required();
+    picture->add_option("height", drawing.height, "of the drawing, pixels")->required();
+    picture->add_option("file", out, "the PNG file")->required();
     CLI11_PARSE(app, argc, argv);
+
+    if (picture->parsed()) {
+        writePicture(drawing, out);
+        return 0;
+    }
+    if (inputs.model.empty()) throw InputError("--model", 0, "missing: name the folder with fonts/, icons/ and texts/");
 
     const auto fonts = makeFonts(inputs);
     const auto images = makeImages(inputs);

@@ -90,6 +90,14 @@ void InputEventHandling::simulateKey(std::uint32_t packedKey) {
               static_cast<int>(packedKey & 0xff), Source::Simulation);
 }
 
+std::uint32_t InputEventHandling::packedKeyOf(Engine::EventId eventId) {
+    for (const Key& key : keys)
+        for (const int value : {pressed, released})
+            if (eventOf(keyType, key.code, value) == eventId)
+                return static_cast<std::uint32_t>(keyType << 24 | key.code << 8 | value);
+    return 0;
+}
+
 void InputEventHandling::setExtraEvent(Engine::EventId eventId, Engine::EventId extraId) {
     if (extraId == 0)
         extraEvents_.erase(eventId);

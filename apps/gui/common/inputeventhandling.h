@@ -28,6 +28,9 @@ class InputEventHandling {
     /// A key as if it came from a device: type << 24 | code << 8 | value.
     void simulateKey(std::uint32_t packedKey);
 
+    /// The packed key that causes an event, 0 when none does.
+    static std::uint32_t packedKeyOf(Engine::EventId eventId);
+
     /// Lets `extraId` be posted before each `eventId` that a key causes; 0 takes it away again.
     void setExtraEvent(Engine::EventId eventId, Engine::EventId extraId);
 

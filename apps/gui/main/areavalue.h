@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstring>
+#include <string_view>
 
 #include "apps/common/event/notify.h"
 #include "backend/areas.h"
@@ -29,6 +30,12 @@ inline int number(const Places::Place& place) {
 }
 inline float fraction(const Places::Place& place) {
     return read<float>(place);
+}
+
+/// Up to its terminator, at most the whole field. Valid as long as the area, which the server may write meanwhile.
+inline std::string_view text(const Places::Place& place) {
+    const char* begin = reinterpret_cast<const char*>(address(place));
+    return {begin, strnlen(begin, place.size)};
 }
 
 template <typename T>

@@ -14,6 +14,7 @@ class FireEvent : public Action {
     /// Always true: posting has no answer.
     bool execute() override;
     const char* name() const override { return nameOr("FireEvent"); }
+    void setEvent(EventId eventId) { eventId_ = eventId; }
 
   private:
     EventId eventId_;
