@@ -204,4 +204,25 @@ TEST_F(ModelTest, ATargetFollowsItsRuleAndTheHistoryLeadsBack) {
     EXPECT_EQ(manager_.activePage(), Model::behaviourPage) << "the editing page is none for the history";
 }
 
+TEST_F(ModelTest, ScalesFollowTheirVariablesAndAPinchWritesOne) {
+    using Phase = Engine::TouchEvent::Phase;
+    manager_.setActivePage(Model::scalesPage);
+    Model::VarFocusScaleMagnificationValue.setValue(4.0F);
+    Model::VarFocusTargetValue.setValue(0.5F);
+    manager_.drawFrame();
+    EXPECT_EQ(Model::ruler->pixelOfFraction(0.5F), 167);
+    EXPECT_FALSE(Model::scalesPage->isDirty());
+    Model::VarFocusTargetValue.setValue(0.75F);
+    EXPECT_TRUE(Model::scalesPage->isDirty());
+    EXPECT_EQ(Model::ruler->pixelOfFraction(0.75F), 167);
+
+    manager_.handleTouch({180, 100, Phase::Down, 0});
+    manager_.handleTouch({180, 150, Phase::Down, 1});
+    manager_.handleTouch({180, 200, Phase::Move, 1});
+    EXPECT_EQ(Model::VarFocusScaleMagnificationValue.value(), 8.0F);
+    EXPECT_EQ(Model::ruler->magnification(), 8.0F);
+    manager_.handleTouch({180, 200, Phase::Up, 1});
+    manager_.handleTouch({180, 100, Phase::Up, 0});
+}
+
 }  // namespace

@@ -47,6 +47,7 @@ inline Names testNames() {
             cell.address = "&" + column.field + std::to_string(row);
             names.addCell(cell);
         }
+    add("VarRuler.Rows", VariableKind::Table);
     names.events = {{"Event_PageEntered", 0},     {"Event_TouchStart", 5},    {"Event_TouchTouched", 7},
                     {"Event_KeyPressed", 138},    {"Event_Other", 139},       {"Event_EditEnumShow", 194},
                     {"Event_EditConfirmed", 192}, {"Event_EditCanceled", 191}};

@@ -108,4 +108,9 @@ std::string didYouMean(std::string_view name, const std::vector<std::string_view
     return found.empty() ? std::string{} : "did you mean '" + std::string(found) + "'?";
 }
 
+std::string withArticle(std::string_view word) {
+    const bool vowel = !word.empty() && std::string_view("AEIOU").find(word.front()) != std::string_view::npos;
+    return (vowel ? "an " : "a ") + std::string(word);
+}
+
 }  // namespace Modelc

@@ -53,4 +53,7 @@ class Diagnostics {
 /// "did you mean 'x'?" when one of `candidates` lies close to `name`, else empty.
 std::string didYouMean(std::string_view name, const std::vector<std::string_view>& candidates);
 
+/// "a Label", "an Icon".
+std::string withArticle(std::string_view word);
+
 }  // namespace Modelc

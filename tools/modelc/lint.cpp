@@ -6,6 +6,8 @@
 #include <optional>
 #include <ostream>
 
+#include "tools/modelc/schema.h"
+
 namespace Modelc {
 
 namespace {
@@ -118,6 +120,8 @@ class Linter {
 
     void outside(const ObjectNode& parent, int x, int y, const std::string& path) {
         for (const auto& child : parent.children) {
+            if (const ClassSchema* schema = classSchema(child->type.text); schema != nullptr && schema->isElement())
+                continue;  // its templates are moved to their places
             const auto left = number(*child, "x", 0), top = number(*child, "y", 1);
             const auto width = number(*child, "width", 2), height = number(*child, "height", 3);
             const std::string own = path + "." + (child->name.text.empty() ? child->type.text : child->name.text);

@@ -40,9 +40,9 @@ void WidgetLowering::reserve(const ObjectNode& parent, const std::string& path) 
             path + "." + (child->name.text.empty() ? child->type.text + std::to_string(unnamed++) : child->name.text);
         context_.widgetPaths[child.get()] = own;
         if (const ClassSchema* schema = classSchema(child->type.text)) {
-            context_.widgetAddresses[child.get()] =
-                unit_.reserve("Engine::" + std::string(schema->name), schema->array);
-            ++unit_.widgetCount;
+            auto& addresses = schema->isElement() ? elements_ : context_.widgetAddresses;
+            addresses[child.get()] = unit_.reserve("Engine::" + std::string(schema->name), schema->array);
+            if (!schema->isElement()) ++unit_.widgetCount;
         }
         reserve(*child, own);
     }
@@ -50,10 +50,18 @@ void WidgetLowering::reserve(const ObjectNode& parent, const std::string& path) 
 
 std::string WidgetLowering::children(const ObjectNode& parent) {
     std::vector<std::string> addresses;
-    for (const auto& child : parent.children)
+    addObjects(parent, addresses);
+    return unit_.table("Engine::Object* const", "childLists", addresses);
+}
+
+/// The templates of a scale container's elements are its children.
+void WidgetLowering::addObjects(const ObjectNode& parent, std::vector<std::string>& addresses) const {
+    for (const auto& child : parent.children) {
         if (const auto found = context_.widgetAddresses.find(child.get()); found != context_.widgetAddresses.end())
             addresses.push_back(found->second);
-    return unit_.table("Engine::Object* const", "childLists", addresses);
+        else if (elements_.contains(child.get()))
+            addObjects(*child, addresses);
+    }
 }
 
 void WidgetLowering::describe(const ObjectNode& parent) {
@@ -67,15 +75,18 @@ void WidgetLowering::describeWidget(const ObjectNode& object) {
         std::vector<std::string_view> classes = {"UserButton"};
         for (const auto& one : classSchemas()) classes.push_back(one.name);
         std::string guess = didYouMean(object.type.text, classes);
-        context_.diagnostics.error(
-            object.type.span, "there is no widget or template '" + object.type.text + "'",
-            guess.empty() ? "widgets are Group, Label, Icon and Level; templates are declared with  template" : guess);
+        context_.diagnostics.error(object.type.span, "there is no widget or template '" + object.type.text + "'",
+                                   guess.empty() ? "widgets are Group, Label, Icon, Level, ScaleContainer and "
+                                                   "PinchScaleWidget; templates are declared with  template"
+                                                 : guess);
         return;
     }
+    checkPlaceInScales(object, *schema);
+    if (schema->isElement()) return describeElement(object, *schema);
     Widget widget{object, *schema, context_.widgetAddresses.at(&object), context_.widgetPaths.at(&object), {}};
     if (!schema->hasChildren && !object.children.empty())
-        context_.diagnostics.error(object.children.front()->type.span, "a " + object.type.text + " has no children",
-                                   "put both into a Group");
+        context_.diagnostics.error(object.children.front()->type.span,
+                                   withArticle(object.type.text) + " has no children", "put both into a Group");
     const std::string record = params(widget);
     const std::string more = arguments(widget);
     unit_.describe(widget.address,
@@ -88,13 +99,16 @@ void WidgetLowering::describeWidget(const ObjectNode& object) {
 void WidgetLowering::reportUnused(const Widget& widget) {
     for (const auto& decl : widget.node.properties) {
         if (widget.used.contains(decl.name.text)) continue;
-        std::vector<std::string_view> known = {"rect", "border", "highlightBorder"};
-        for (const auto& one : widgetProperties()) known.push_back(one.name);
+        std::vector<std::string_view> known;
+        if (!widget.schema.isElement()) {
+            known = {"rect", "border", "highlightBorder"};
+            for (const auto& one : widgetProperties()) known.push_back(one.name);
+        }
         for (const auto& one : widget.schema.properties) known.push_back(one.name);
         for (const auto& one : widget.schema.words) known.push_back(one.name);
         known.insert(known.end(), widget.schema.special.begin(), widget.schema.special.end());
         context_.diagnostics.error(decl.name.span,
-                                   "a " + widget.node.type.text + " has no property '" + decl.name.text + "'",
+                                   withArticle(widget.node.type.text) + " has no property '" + decl.name.text + "'",
                                    didYouMean(decl.name.text, known));
     }
 }
@@ -238,6 +252,8 @@ std::string WidgetLowering::arguments(Widget& widget) {
     if (widget.schema.name == "Label") return labelArguments(widget);
     if (widget.schema.name == "Icon") return iconArguments(widget);
     if (widget.schema.name == "Level") return levelArguments(widget);
+    if (widget.schema.name == "ScaleContainer") return scaleContainerArguments(widget);
+    if (widget.schema.name == "PinchScaleWidget") return pinchArguments(widget);
     return {};
 }
 

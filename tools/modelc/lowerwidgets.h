@@ -35,6 +35,7 @@ class WidgetLowering {
         std::set<std::string_view> used;  ///< properties that found their place
     };
 
+    void addObjects(const ObjectNode& parent, std::vector<std::string>& addresses) const;
     void describeWidget(const ObjectNode& object);
     std::string params(Widget& widget);
     std::string arguments(Widget& widget);
@@ -45,6 +46,19 @@ class WidgetLowering {
     std::string iconArguments(Widget& widget);
     std::string levelArguments(Widget& widget);
     void levelValue(Widget& widget);
+
+    // Scales.
+    std::string scaleContainerArguments(Widget& widget);
+    std::string pinchArguments(Widget& widget);
+    void describeElement(const ObjectNode& object, const ClassSchema& schema);
+    std::string elementArguments(Widget& element);
+    void checkPlaceInScales(const ObjectNode& object, const ClassSchema& schema);
+    void checkTemplates(const ObjectNode& object, const ClassSchema& schema);
+    void refuseBehaviour(const ObjectNode& object);
+    std::string templateAddress(const Widget& element, std::string_view name) const;
+    std::string templateRecord(const Widget& element) const;
+    std::string tableSource(Widget& widget);
+    std::string floatVariable(Widget& widget, std::string_view name);
     std::string border(Widget& widget, std::string_view name);
     void rectangle(Widget& widget, std::map<std::string_view, std::string>& fields);
     void checkGeometry(Span span, const ListExpr& list);
@@ -63,6 +77,7 @@ class WidgetLowering {
     LoweredUnit& unit_;
     const UnitNode& node_;
     ValueLowering values_;
+    std::map<const ObjectNode*, std::string> elements_;  ///< addresses of the elements of scale containers
 };
 
 }  // namespace Modelc

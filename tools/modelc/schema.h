@@ -34,6 +34,11 @@ struct ClassSchema {
     std::vector<WordSchema> words;
     std::vector<std::string_view> special;  ///< properties that the lowering treats by itself
     bool hasChildren = false;
+    /// Of the elements of a scale container, which are no widgets: the names of their template widgets, the children.
+    std::vector<std::string_view> templates = {};
+
+    bool isElement() const { return !templates.empty(); }
+    bool holdsElements() const { return name == "ScaleContainer"; }
 };
 
 /// Null for an unknown class.
