@@ -14,12 +14,12 @@ namespace Platform::Virtual {
 /// through the seam, drivers through Driver. Zero-filled is a valid start but for the head and the screen.
 ///
 /// Lockstep: while `vsyncHeld`, each wait for the vertical blank takes one of `permits`, and without one the product
-/// sets `resting` and sleeps on `sequence`. Every change that may end the sleep increments `sequence` and wakes it.
-/// A process that takes a permit clears `resting` first: whoever reads permits 0 and then resting 1 knows that
-/// the product has used up every step and waits for the next.
+/// sets `resting` to its process id and sleeps on `sequence`. Every change that may end the sleep increments `sequence`
+/// and wakes it. A process that takes a permit clears `resting` first: whoever reads permits 0 and then a resting
+/// process knows that the product has used up every step and waits for the next.
 ///
-/// Both holds live as long as a process that has put one (it keeps a shared lock on "driver.lock"). When the last is
-/// gone the waiting product lifts the holds itself, within half a second, and runs free.
+/// A hold lives as long as one of the drivers that have put it: each keeps a shared lock on a file of the hold. When
+/// the last is gone without a word the waiting product lifts the hold itself, within half a second, and runs free.
 struct ControlBlock {
     static constexpr std::uint32_t currentMagic = 0x4e524554;  // "TERN"
     static constexpr std::uint32_t currentVersion = 1;
@@ -43,7 +43,20 @@ struct ControlBlock {
     std::atomic<std::uint32_t> clockHeld;
     alignas(8) std::atomic<std::int64_t> heldTime;
     std::atomic<std::int64_t> offset;
+
+    /// Wakes whoever waits for the vertical blank, to look again.
+    void announce() {
+        ++sequence;
+        futexWake(sequence);
+    }
 };
+
+/// The machine's steady clock in nanoseconds, which the instance's is made of.
+inline std::int64_t machineTime() {
+    timespec now;
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
 
 static_assert(std::atomic<std::int64_t>::is_always_lock_free, "the clock's words are shared between processes");
 static_assert(sizeof(fb_var_screeninfo) == 160);

@@ -2,6 +2,7 @@
 
 #include <sys/ioctl.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -110,7 +111,7 @@ int waitForBlank(Instance& instance) {
             setResting(block, 0);
             if (takePermit(block)) return 0;
         }
-        setResting(block, 1);
+        setResting(block, static_cast<std::uint32_t>(::getpid()));
         if (futexWait(block.sequence, sequence, abandonedCheckMs) == 0 || errno == EAGAIN) continue;
         if (errno == ETIMEDOUT) {
             instance.liftAbandonedHolds();

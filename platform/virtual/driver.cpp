@@ -1,6 +1,7 @@
 #include "platform/virtual/driver.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -16,15 +17,16 @@ namespace {
 
 constexpr std::int64_t second = 1'000'000'000;
 
-std::int64_t machineTime() {
-    timespec now;
-    ::clock_gettime(CLOCK_MONOTONIC, &now);
-    return std::int64_t{now.tv_sec} * second + now.tv_nsec;
+/// The shared lock tells the product that a hold has somebody behind it.
+int takeLock(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    while (fd >= 0 && ::flock(fd, LOCK_SH) != 0 && errno == EINTR) {
+    }
+    return fd;
 }
 
-void announce(ControlBlock& block) {
-    ++block.sequence;
-    futexWake(block.sequence);
+bool isAlive(std::uint32_t process) {
+    return process != 0 && (::kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM);
 }
 
 }  // namespace
@@ -35,40 +37,23 @@ Driver::~Driver() {
     for (const auto& stream : streams_) ::close(stream.second);
 }
 
-// The shared lock is what tells the product that a hold has somebody behind it.
-void Driver::lockHolds() {
-    if (lock_ >= 0) return;
-    lock_ = ::open(instance_.file("driver.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    while (lock_ >= 0 && ::flock(lock_, LOCK_SH) != 0 && errno == EINTR) {
-    }
-}
-
-void Driver::unlockHolds() {
-    if (holdsVsync_ || holdsClock_ || lock_ < 0) return;
-    ::close(lock_);
-    lock_ = -1;
-}
-
 void Driver::holdVsync() {
-    lockHolds();
-    holdsVsync_ = true;
+    if (vsyncHold_ < 0) vsyncHold_ = takeLock(instance_.file(Instance::vsyncLock));
     instance_.control().vsyncHeld = 1;
-    announce(instance_.control());
+    instance_.control().announce();
 }
 
+// Without its lock the hold is an abandoned one, unless another driver has put it too.
 void Driver::releaseVsync() {
-    if (!holdsVsync_) return;
-    ControlBlock& block = instance_.control();
-    block.permits = 0;
-    block.vsyncHeld = 0;
-    announce(block);
-    holdsVsync_ = false;
-    unlockHolds();
+    if (vsyncHold_ < 0) return;
+    ::close(vsyncHold_);
+    vsyncHold_ = -1;
+    instance_.liftAbandonedHolds();
 }
 
 void Driver::step(unsigned count) {
     instance_.control().permits += count;
-    announce(instance_.control());
+    instance_.control().announce();
 }
 
 bool Driver::awaitRest(int milliseconds) {
@@ -77,8 +62,10 @@ bool Driver::awaitRest(int milliseconds) {
     for (;;) {
         // Permits first: see ControlBlock.
         const bool taken = block.permits == 0;
-        const std::uint32_t resting = block.resting;
-        if (taken && resting != 0) return true;
+        std::uint32_t resting = block.resting;
+        if (taken && isAlive(resting)) return true;
+        // One that was killed at rest is not waiting: the next product's rest is what counts.
+        if (resting != 0 && !isAlive(resting)) block.resting.compare_exchange_strong(resting, 0);
         const std::int64_t left = end - machineTime();
         if (left <= 0) return false;
         futexWait(block.resting, resting, static_cast<int>(left / 1'000'000) + 1);
@@ -90,8 +77,7 @@ void Driver::holdClock() {
 }
 
 void Driver::holdClockAt(std::int64_t time) {
-    lockHolds();
-    holdsClock_ = true;
+    if (clockHold_ < 0) clockHold_ = takeLock(instance_.file(Instance::clockLock));
     instance_.control().heldTime = time;
     instance_.control().clockHeld = 1;
 }
@@ -102,12 +88,10 @@ void Driver::advanceClock(std::int64_t duration) {
 }
 
 void Driver::releaseClock() {
-    if (!holdsClock_) return;
-    ControlBlock& block = instance_.control();
-    block.offset = block.heldTime - machineTime();
-    block.clockHeld = 0;
-    holdsClock_ = false;
-    unlockHolds();
+    if (clockHold_ < 0) return;
+    ::close(clockHold_);
+    clockHold_ = -1;
+    instance_.liftAbandonedHolds();
 }
 
 std::int64_t Driver::time() const {

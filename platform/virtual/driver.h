@@ -17,8 +17,8 @@ struct Picture {
 };
 
 /// Holds and steps an instance's vertical sync and clock, feeds its devices and looks at its display: from the
-/// product's own process (a test with the product on another thread) or from another one. A hold lasts until it is
-/// released or this object goes, at the latest with the process that put it.
+/// product's own process (a test with the product on another thread) or from another one. A hold lasts until each
+/// driver that has put it has released it or is gone, if only with its process.
 class Driver {
   public:
     Driver() : Driver(Instance::current().place()) {}
@@ -67,13 +67,9 @@ class Driver {
     Instance& instance() { return instance_; }
 
   private:
-    void lockHolds();
-    void unlockHolds();
-
     Instance instance_;
-    int lock_ = -1;
-    bool holdsVsync_ = false;
-    bool holdsClock_ = false;
+    int vsyncHold_ = -1;  // the locked file while this driver holds
+    int clockHold_ = -1;
     std::vector<std::pair<std::string, int>> streams_;
 };
 

@@ -43,6 +43,10 @@ bool isName(const std::string& name) {
            name.front() != '.';
 }
 
+int openShared(const std::string& path) {
+    return ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+}
+
 /// /tmp is everybody's: what lies there is used only when it is our own, real folder.
 void makeOwnFolder(const std::string& folder) {
     std::error_code ignored;
@@ -115,15 +119,17 @@ Instance::Instance(Place place) : place_(std::move(place)) {
 
 Instance::~Instance() {
     ::munmap(control_, sizeof(ControlBlock));
-    ::close(driverLock_);
+    ::close(vsyncLock_);
+    ::close(clockLock_);
 }
 
 void Instance::openControl() {
-    driverLock_ = ::open(file("driver.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    vsyncLock_ = openShared(file(vsyncLock));
+    clockLock_ = openShared(file(clockLock));
     const std::string path = file("control");
-    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int fd = openShared(path);
     struct stat status;
-    if (driverLock_ < 0 || fd < 0 || ::flock(fd, LOCK_EX) != 0 || ::fstat(fd, &status) != 0)
+    if (vsyncLock_ < 0 || clockLock_ < 0 || fd < 0 || ::flock(fd, LOCK_EX) != 0 || ::fstat(fd, &status) != 0)
         refuse("%s cannot be opened: %s", path.c_str(), std::strerror(errno));
     const bool fresh = status.st_size == 0;
     if (!fresh && status.st_size != sizeof(ControlBlock))
@@ -156,7 +162,7 @@ void Instance::createDisplay() {
 
 void Instance::setScreen(unsigned width, unsigned height, unsigned bitsPerPixel) {
     const std::string path = file("dev/fb0");
-    const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int fd = openShared(path);
     const auto size = static_cast<off_t>(width) * height * ((bitsPerPixel + 7) / 8) * buffers;
     if (fd < 0 || ::ftruncate(fd, 0) != 0 || ::ftruncate(fd, size) != 0)
         refuse("%s cannot be made: %s", path.c_str(), std::strerror(errno));
@@ -186,19 +192,19 @@ const char* Instance::mapName(const char* name, char (&buffer)[nameLimit]) const
     return nullptr;
 }
 
-bool Instance::liftAbandonedHolds() const {
-    if (::flock(driverLock_, LOCK_EX | LOCK_NB) != 0) return false;
+void Instance::liftAbandonedHolds() const {
     ControlBlock& block = *control_;
-    if (block.clockHeld != 0) {
-        timespec now;
-        ::clock_gettime(CLOCK_MONOTONIC, &now);
-        block.offset = block.heldTime - (std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec);
+    if (block.clockHeld != 0 && ::flock(clockLock_, LOCK_EX | LOCK_NB) == 0) {
+        block.offset = block.heldTime - machineTime();
         block.clockHeld = 0;
+        ::flock(clockLock_, LOCK_UN);
     }
-    block.vsyncHeld = 0;
-    block.permits = 0;
-    ::flock(driverLock_, LOCK_UN);
-    return true;
+    if (block.vsyncHeld != 0 && ::flock(vsyncLock_, LOCK_EX | LOCK_NB) == 0) {
+        block.vsyncHeld = 0;
+        block.permits = 0;
+        block.announce();
+        ::flock(vsyncLock_, LOCK_UN);
+    }
 }
 
 void Instance::remove() const {

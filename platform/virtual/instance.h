@@ -29,6 +29,9 @@ class Instance {
 
     const Place& place() const { return place_; }
     ControlBlock& control() const { return *control_; }
+    /// Whoever holds the vertical sync or the clock keeps a shared lock on the file, which ends with it.
+    static constexpr const char* vsyncLock = "vsync.lock";
+    static constexpr const char* clockLock = "clock.lock";
     std::string file(const char* name) const { return place_.folder + "/" + name; }
 
     static constexpr std::size_t pathLimit = 1024;
@@ -42,8 +45,8 @@ class Instance {
 
     /// Gives the display another mode and clears it. Not while the product has it open.
     void setScreen(unsigned width, unsigned height, unsigned bitsPerPixel);
-    /// Lifts both holds when no process that has put one is alive. Says whether it did.
-    bool liftAbandonedHolds() const;
+    /// Lifts each hold that no living driver has put, and wakes who waits for it.
+    void liftAbandonedHolds() const;
     /// Removes the folder and every shared name of the instance.
     void remove() const;
 
@@ -57,7 +60,8 @@ class Instance {
     Place place_;
     std::string prefix_;
     ControlBlock* control_ = nullptr;
-    int driverLock_ = -1;
+    int vsyncLock_ = -1;
+    int clockLock_ = -1;
 };
 
 }  // namespace Platform::Virtual

@@ -158,12 +158,17 @@ TEST_F(Lockstep, ADriverThatDiesWhileHoldingSetsTheProductFree) {
 
 TEST_F(Lockstep, AHoldLastsAsLongAsOneOfItsDriversLives) {
     HoldingProcess process;
-    Driver second;
+    Driver second, third;
+    const auto& block = second.instance().control();
     second.holdVsync();
+    third.holdVsync();
+    third.releaseVsync();
     process.end();
-    EXPECT_FALSE(Platform::Virtual::Instance::current().liftAbandonedHolds());
-    EXPECT_EQ(second.instance().control().vsyncHeld, 1U);
+    Platform::Virtual::Instance::current().liftAbandonedHolds();
+    EXPECT_EQ(block.vsyncHeld, 1U);
+    EXPECT_EQ(block.clockHeld, 0U) << "which only the dead one had held";
     second.releaseVsync();
+    EXPECT_EQ(block.vsyncHeld, 0U);
     EXPECT_EQ(waitVsync(), 0);
 }
 

@@ -97,6 +97,19 @@ TEST(Process, RunsFrameByFrameAndTheSameEachTime) {
     EXPECT_EQ(second.output, first.output);
 }
 
+TEST(Process, OneThatWasKilledAtRestIsNotTakenForTheNext) {
+    const TemporaryInstance instance;
+    Driver driver;
+    driver.holdVsync();
+    {
+        Program killed(instance.place());
+        ASSERT_TRUE(driver.awaitRest());
+    }
+    EXPECT_FALSE(driver.awaitRest(1));
+    Program next(instance.place());
+    EXPECT_TRUE(driver.awaitRest());
+}
+
 TEST(Process, TakesFaultsFromItsEnvironment) {
     const TemporaryInstance instance;
     Program refused(instance.place(), "open@/dev/fb0:1:EACCES");

@@ -102,7 +102,7 @@ void TestCard::blend(int x, int y, std::uint32_t color, float coverage) {
     for (const unsigned shift : {0U, 8U, 16U}) {
         const auto below = static_cast<float>((pixel >> shift) & 255U),
                    above = static_cast<float>((color >> shift) & 255U);
-        mixed |= static_cast<std::uint32_t>(std::lerp(below, above, coverage) + 0.5F) << shift;
+        mixed |= static_cast<std::uint32_t>(std::lround(std::lerp(below, above, coverage))) << shift;
     }
     pixel = mixed;
 }
