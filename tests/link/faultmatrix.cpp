@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <string.h>
 
-#include <regex>
 #include <stdexcept>
 #include <utility>
 
@@ -69,8 +68,7 @@ class Trap {
 
 /// The exception's text as it stands in the document: without the place, and the same for every errno.
 std::string generalText(const std::string& what, const Fault& fault) {
-    static const std::regex place("^ *[^ :]+: *[0-9]+ ");
-    std::string text = std::regex_replace(what, place, "", std::regex_constants::format_first_only);
+    std::string text = what.substr(what.find_first_of(' ', what.find_first_of("0123456789", what.find(':'))) + 1);
     const std::string error = strerror(static_cast<int>(fault.value));
     const auto at = text.find(error);
     if (fault.kind == Fault::Kind::Errno && at != text.npos) text.replace(at, error.size(), "<error>");

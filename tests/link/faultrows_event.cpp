@@ -62,9 +62,10 @@ void setTimer(const Rig& rig) {
     poll.setTimer(10'000);
 }
 
+// The timer that is not deleted stays for the life of the process, so it must not be armed.
 void endTimer(const Rig& rig) {
     EventPoll poll;
-    poll.setTimer(10'000);
+    poll.setTimer(0);
     rig.arm();
     poll.setTimer(-1);
     poll.setTimer(-1);

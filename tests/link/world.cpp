@@ -2,7 +2,6 @@
 
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -37,9 +36,12 @@ std::string World::lastLogLine() const {
 }
 
 std::vector<std::string> World::logTexts() const {
-    static const std::regex head("^.{34} *[^ :]*: *[0-9]+ ");
+    constexpr std::size_t prefixAndLevel = 34;
     auto lines = logLines();
-    for (auto& line : lines) line = std::regex_replace(line, head, "", std::regex_constants::format_first_only);
+    for (auto& line : lines) {
+        if (const auto place = line.find(':', prefixAndLevel); place != line.npos)
+            line = line.substr(line.find(' ', line.find_first_not_of(' ', place + 1)) + 1);
+    }
     return lines;
 }
 
