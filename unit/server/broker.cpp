@@ -118,13 +118,14 @@ void Broker::open() {
     if (listening_ < 0) TERN_ERRNO_FATAL("socket");
     if (Platform::bindUnix(listening_, socketPath) < 0) TERN_ERRNO_FATAL(socketPath);
     if (Platform::listen(listening_, backlog) < 0) TERN_ERRNO_FATAL("listen");
-    if (served()) watch(listening_, true);
+    if (!deaf_) watch(listening_, true);
 }
 
 void Broker::close() {
     if (listening_ < 0) return;
-    if (served()) watchAll(false);
+    if (!deaf_) watchAll(false);
     clients_.clear();
+    inbox_.clear();
     Platform::close(listening_);
     listening_ = -1;
     Platform::unlinkPath(socketPath);
@@ -144,29 +145,42 @@ void Broker::watchAll(bool on) {
     for (const auto& client : clients_) watch(client->fd(), on);
 }
 
-void Broker::setPolled(bool polled) {
-    const bool before = served();
-    polled_ = polled;
-    if (served() != before) watchAll(served());
-}
-
 void Broker::setDeaf(bool deaf) {
-    const bool before = served();
+    if (deaf_ == deaf) return;
     deaf_ = deaf;
-    if (served() != before) watchAll(served());
+    watchAll(!deaf_);
 }
 
 void Broker::onPollEvent(int) {
     // One callback for all sockets: which one spoke does not matter, they are few.
-    drain();
+    if (immediate_) {
+        drain();
+    } else {
+        readEverything();
+    }
 }
 
 void Broker::drain() {
+    readEverything();
+    handleInbox();
+}
+
+void Broker::readEverything() {
     if (deaf_ || listening_ < 0) return;
     bool more = true;
     while (more) {
         const bool accepted = acceptAll();
         more = readAll() || accepted;
+    }
+}
+
+void Broker::handleInbox() {
+    const std::vector<Notify> records = std::exchange(inbox_, {});
+    for (const Notify& record : records) {
+        if (journal_.size() >= journalLimit) journal_.erase(journal_.begin(), journal_.begin() + journalLimit / 2);
+        journal_.push_back(record);
+        if (!silent_) announce(record);
+        listener_.onNotice(record);
     }
 }
 
@@ -177,7 +191,7 @@ bool Broker::acceptAll() {
         if (fd < 0) return any;
         any = true;
         clients_.push_back(std::make_unique<BrokerClient>(fd));
-        if (served()) watch(fd, true);
+        if (!deaf_) watch(fd, true);
         TERN_LOG(Log::LogLight, "Process %i has connected", clients_.back()->pid());
     }
 }
@@ -190,21 +204,18 @@ bool Broker::readAll() {
         records_.clear();
         client.read(records_);
         any = any || !records_.empty();
-        for (const Notify& record : records_) handle(client, record);
+        for (const Notify& record : records_) take(client, record);
     }
     return any;
 }
 
-void Broker::handle(BrokerClient& client, const Notify& record) {
+void Broker::take(BrokerClient& client, const Notify& record) {
     if (client.subscribe(record)) return;
-    if (record.id >= Catalogue::messages.size()) {
+    if (record.id < Catalogue::messages.size()) {
+        inbox_.push_back(record);
+    } else {
         TERN_LOG(Log::Warn, "Process %i sends the unknown message %u", client.pid(), record.id);
-        return;
     }
-    if (journal_.size() >= journalLimit) journal_.erase(journal_.begin(), journal_.begin() + journalLimit / 2);
-    journal_.push_back(record);
-    if (!silent_) announce(record);
-    listener_.onNotice(record);
 }
 
 void Broker::announce(const Notify& notice) {
@@ -220,7 +231,7 @@ void Broker::reap() {
     std::erase_if(clients_, [this](const auto& client) {
         if (!client->ended()) return false;
         TERN_LOG(Log::LogLight, "Process %i has gone", client->pid());
-        if (served()) watch(client->fd(), false);
+        if (!deaf_) watch(client->fd(), false);
         return true;
     });
 }

@@ -76,10 +76,10 @@ class Broker final : public EventPoll::Callback {
     void close();
     bool isOpen() const { return listening_ >= 0; }
 
-    /// Whether sockets are served as they become readable. Otherwise only `drain` does it, which makes lockstep runs
-    /// repeatable.
-    void setPolled(bool polled);
-    /// Accepts and reads until nothing is left.
+    /// Whether notices are handled as they come. Otherwise they wait for `drain`, which makes lockstep runs repeatable;
+    /// clients are let in and subscribe all the same, since they block until somebody reads.
+    void setImmediate(bool immediate) { immediate_ = immediate; }
+    /// Accepts and reads until nothing is left, and handles the notices in the order in which they were read.
     void drain();
     void announce(std::uint16_t id) { announce(Notify{id, 0, 0}); }
     void announce(const Notify& notice);
@@ -102,22 +102,24 @@ class Broker final : public EventPoll::Callback {
   private:
     static constexpr std::size_t journalLimit = 65536;
 
-    bool served() const { return polled_ && !deaf_; }
     void watch(int fd, bool on);
     void watchAll(bool on);
+    void readEverything();
+    void handleInbox();
     bool acceptAll();
     bool readAll();
-    void handle(BrokerClient& client, const Notify& record);
+    void take(BrokerClient& client, const Notify& record);
 
     EventPoll& poll_;
     Listener& listener_;
     int listening_ = -1;
-    bool polled_ = true;
+    bool immediate_ = true;
     bool deaf_ = false;
     bool silent_ = false;
     std::size_t tail_ = 0;
     std::vector<std::unique_ptr<BrokerClient>> clients_;
     std::vector<Notify> records_;
+    std::vector<Notify> inbox_;
     std::vector<Notify> journal_;
 };
 

@@ -22,7 +22,7 @@ Server::Server(const Surroundings& surroundings, Pace pace)
       hostile_(areas_, broker_, simulation_.store()),
       pace_(pace),
       lastTick_(Platform::steadyNanoseconds()) {
-    broker_.setPolled(pace == Pace::Free);
+    broker_.setImmediate(pace == Pace::Free);
 }
 
 Server::~Server() {
@@ -70,7 +70,7 @@ void Server::tickByClock() {
 
 void Server::setPace(Pace pace) {
     pace_ = pace;
-    broker_.setPolled(pace == Pace::Free);
+    broker_.setImmediate(pace == Pace::Free);
     lastTick_ = Platform::steadyNanoseconds();
 }
 

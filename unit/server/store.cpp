@@ -151,6 +151,14 @@ std::string didYouMean(std::string_view name) {
     return best == nullptr ? "" : std::string(" Did you mean ") + best + "?";
 }
 
+Store::Store(std::span<std::byte* const> bases) : bases_(bases.begin(), bases.end()) {
+    for (const auto& table : Catalogue::tables) {
+        if (table.counter < 0) continue;
+        const std::uint16_t count = Catalogue::values[static_cast<std::size_t>(table.counter)].id;
+        if (count != table.id) countedTables_.emplace_back(count, table.id);
+    }
+}
+
 std::optional<Cell> Store::find(std::string_view name, std::string& problem) {
     if (const auto bracket = name.find('['); bracket != std::string_view::npos)
         return findInTable(name, bracket, problem);
@@ -283,6 +291,8 @@ void Store::note(std::uint16_t id) {
     if (id >= idLimit || noted_[id]) return;
     noted_[id] = true;
     notices_.push_back(id);
+    for (const auto& [count, table] : countedTables_)
+        if (count == id) note(table);
 }
 
 void Store::clearNotices() {

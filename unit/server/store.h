@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "model/catalogue/constants.h"
@@ -32,7 +33,7 @@ class Store {
     static constexpr std::size_t idLimit = 2048;
 
     /// `bases`: the first usable byte of each area, in the catalogue's order; they must outlive this.
-    explicit Store(std::span<std::byte* const> bases) : bases_(bases.begin(), bases.end()) {}
+    explicit Store(std::span<std::byte* const> bases);
 
     /// Nothing, and the reason in `problem`, when the catalogue has no such place. The only column of a table need
     /// not be named.
@@ -57,6 +58,7 @@ class Store {
     /// in `problem` when it is refused.
     static std::optional<std::vector<std::byte>> parse(const Cell& cell, std::string_view text, std::string& problem);
 
+    /// A live count announces its table as well: readers of the table must learn that it has shrunk.
     void note(std::uint16_t id);
     const std::vector<std::uint16_t>& notices() const { return notices_; }
     void clearNotices();
@@ -67,6 +69,7 @@ class Store {
     std::vector<std::byte*> bases_;
     std::vector<std::uint16_t> notices_;
     std::bitset<idLimit> noted_;
+    std::vector<std::pair<std::uint16_t, std::uint16_t>> countedTables_;  ///< id of the count, id of the table
 };
 
 /// A name that is within a short distance of `name`, " Did you mean ...?"; empty when there is none.

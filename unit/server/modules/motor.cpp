@@ -184,6 +184,7 @@ void Motor::skip() {
 
 void Motor::reread() {
     show();
+    state.note();
 }
 
 void Motor::takeTorque() {
