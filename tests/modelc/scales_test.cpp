@@ -47,7 +47,7 @@ TEST(Scales, ContainersHoldElementsWhoseTemplatesAreTheirChildren) {
     EXPECT_EQ(c.elements("P", "tableSources").size(), 1u) << "both read the same table";
     EXPECT_THAT(c.observersOf("VarRuler.Rows"), ElementsAre("P.focus.table", "P.focus.ObjectIndicator2.table"));
     EXPECT_THAT(c.observersOf("VarFlag"), ElementsAre("P.focus.reversed"));
-    EXPECT_THAT(c.elements("P", "setEnabledModifiers"),
+    EXPECT_THAT(c.elements("P", "ScaleContainerElementsetEnabledModifiers"),
                 ElementsAre("Engine::Modifier<Engine::ScaleContainerElement, bool>(&P::ranges[0], "
                             "&Engine::ScaleContainerElement::setEnabled, &VarOther)"));
 }
@@ -57,7 +57,7 @@ TEST(Scales, APinchReadsAndWritesOneVariableWithinLimits) {
         "page P { PinchScaleWidget { rect: 0, 0, 68, 332; value: VarFloat; minimum: VarFloat; maximum: 9.0 } }");
     ASSERT_FALSE(c.diagnostics.hasErrors()) << c.messages();
     EXPECT_THAT(c.elements("P", "pinches"), ElementsAre(HasSubstr("&VarFloat, &VarFloat, 1.0f, 9.0f)")));
-    EXPECT_THAT(c.elements("P", "setMinimumModifiers"),
+    EXPECT_THAT(c.elements("P", "PinchScaleWidgetsetMinimumModifiers"),
                 ElementsAre(HasSubstr("&Engine::PinchScaleWidget::setMinimum")));
     ASSERT_EQ(c.explanation.writes.size(), 1u);
     EXPECT_EQ(c.explanation.writes.front().variable, "VarFloat");

@@ -77,6 +77,14 @@ LintOptions lintOptions() {
     return options;
 }
 
+/// A reaction that waits for an event which nobody posts is hardly meant so.
+void warnOfSilence(const ModelTree& model, const Lowered& lowered, const Names& names, const Explanation& explanation,
+                   Diagnostics& diagnostics) {
+    for (const auto& finding : lint(model, lowered, names, explanation, lintOptions()))
+        if (finding.check == "never-posted")
+            diagnostics.warning(finding.span, finding.message, "fire it somewhere, or take the reaction away");
+}
+
 int tell(const Options& options, const ModelTree& model, const Lowered& lowered, const Names& names,
          const Explanation& explanation) {
     if (options.census) printCensus(model, lowered, names, std::cout);
@@ -116,6 +124,7 @@ int run(const Options& options) {
     expandEdits(model, diagnostics);
     Explanation explanation;
     const Lowered lowered = lower(model, names, diagnostics, explanation);
+    if (!diagnostics.hasErrors()) warnOfSilence(model, lowered, names, explanation, diagnostics);
     diagnostics.print(std::cerr);
     if (diagnostics.hasErrors()) {
         std::cerr << diagnostics.errorCount() << (diagnostics.errorCount() == 1 ? " error\n" : " errors\n");
