@@ -103,6 +103,7 @@ struct ActionStmt {
     Span verbSpan;
     std::vector<ExprPtr> operands;
     bool wrap = false;
+    std::string name;                 ///< by which it can be exported; empty for none
     std::vector<ActionPtr> children;  ///< of first and all
     ExprPtr condition;                ///< `if COND` behind the action; null when it is always enabled
 };
@@ -128,8 +129,9 @@ struct ReactionDecl {
     std::vector<ActionPtr> actions;
 };
 struct TimerDecl {
-    ExprPtr period;  ///< milliseconds
-    ExprPtr times;   ///< -1 for ever, 0 once without a finish, else the number of ticks
+    std::string name;  ///< by which it can be exported; empty for none
+    ExprPtr period;    ///< milliseconds
+    ExprPtr times;     ///< -1 for ever, 0 once without a finish, else the number of ticks
     std::vector<ExprPtr> starts;
     std::vector<ExprPtr> stops;
     ExprPtr condition;  ///< drives `enabled`; may be null

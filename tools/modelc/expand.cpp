@@ -198,6 +198,7 @@ class Expander {
 
     void timer(const TimerDecl& decl, Span span, const Substitution& substitute, Place& place) {
         TimerDecl result;
+        result.name = decl.name;
         result.period = folded(substitute(decl.period));
         result.times = folded(substitute(decl.times));
         result.starts = substitute(decl.starts);
@@ -206,7 +207,7 @@ class Expander {
         result.ticks = substitute(decl.ticks);
         result.finish = substitute(decl.finish);
         events(result.stops);
-        if (events(result.starts))
+        if (events(result.starts) || !result.name.empty())
             place.unit.timers.push_back({std::move(result), place.owner, span, place.expansion});
         else
             diagnostics_.error(span, "nothing starts this timer", "add  starts Event_...");

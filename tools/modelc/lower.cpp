@@ -129,6 +129,12 @@ class UnitLowering {
                                    ", .name = " + cppString(place) + "}";
         const std::string address = unit_.add("Engine::Timer", "timers", "Engine::Timer(" + record + ")");
         drive(decl.condition, "Engine::Timer", address, place);
+        if (!decl.name.empty() &&
+            !context_.namedObjects
+                 .try_emplace(node_.name.text + "." + decl.name, LoweringContext::NamedObject{"Engine::Timer", address})
+                 .second)
+            context_.diagnostics.error(owned.span, "the name '" + decl.name + "' is taken by another action or timer",
+                                       "give each a name of its own");
         return address;
     }
 
@@ -315,6 +321,13 @@ class UnitLowering {
     ActionLowering actions_;
 };
 
+/// The action or timer of that name; null when there is none.
+const LoweringContext::NamedObject* namedObject(const LoweringContext& context, const NameExpr* name) {
+    if (name == nullptr || name->parts.size() != 2) return nullptr;
+    const auto found = context.namedObjects.find(name->parts[0] + "." + name->parts[1]);
+    return found != context.namedObjects.end() ? &found->second : nullptr;
+}
+
 void exports(LoweringContext& context) {
     for (const auto& decl : context.model.exports) {
         Lowered::Export result{decl.name.text, "Engine::Widget", {}, decl.isList};
@@ -326,6 +339,11 @@ void exports(LoweringContext& context) {
                 const bool page = unit->kind == UnitNode::Kind::Page;
                 result.type = page ? "Engine::Page" : "Engine::BehaviorContainer";
                 result.addresses.push_back("&" + unit->name.text + (page ? "::page[0]" : "::container[0]"));
+                continue;
+            }
+            if (const auto* object = namedObject(context, name)) {
+                result.type = object->type;
+                result.addresses.push_back(object->address);
                 continue;
             }
             const ObjectNode* widget = context.findWidget(target, nullptr);

@@ -90,6 +90,8 @@ void ActionLowering::add(const ActionStmt& action, const std::string& place, std
 
 std::string ActionLowering::single(const ActionStmt& action, const std::string& place) {
     const std::string tail = tailOf(action);
+    if (!action.name.empty() && action.verb != "fire")
+        context_.diagnostics.error(action.span, "only  fire  can have a name", "leave out  named " + action.name);
     if (action.verb == "set") return set(action, place, tail);
     if (action.verb == "increase" || action.verb == "decrease") return step(action, place, tail);
     if (action.verb == "navigate") return navigate(action, place, tail);
@@ -112,6 +114,7 @@ std::string ActionLowering::single(const ActionStmt& action, const std::string& 
         return object(action, "Engine::VarNegate", "negates", "Engine::VarNegate(" + variable->address + tail);
     }
     if (action.verb == "fire") {
+        if (!action.name.empty()) return namedFire(action, tail, place);
         if (!operands(action, 1, 1, "fire Event_Name")) return {};
         const auto event = context_.resolver.event(action.operands[0]);
         if (!event) return {};
@@ -128,6 +131,26 @@ std::string ActionLowering::single(const ActionStmt& action, const std::string& 
     context_.diagnostics.error(action.verbSpan, "there is no action '" + action.verb + "'",
                                didYouMean(action.verb, std::vector<std::string_view>(verbs.begin(), verbs.end())));
     return {};
+}
+
+/// A fire action that the program may change, and must fill in and enable when it names no event.
+std::string ActionLowering::namedFire(const ActionStmt& action, const std::string& tail, const std::string& place) {
+    if (!operands(action, 0, 1, "fire Event_Name named NAME,  or  fire named NAME")) return {};
+    std::string arguments = "0u, nullptr, 0)";
+    if (!action.operands.empty()) {
+        const auto event = context_.resolver.event(action.operands[0]);
+        if (!event) return {};
+        context_.explanation.posts.push_back({*event, place});
+        arguments = std::to_string(*event) + "u" + tail;
+    }
+    const std::string address = unit_.add("Engine::FireEvent", "fires", "Engine::FireEvent(" + arguments);
+    if (!context_.namedObjects
+             .try_emplace(node_.name.text + "." + action.name,
+                          LoweringContext::NamedObject{"Engine::FireEvent", address})
+             .second)
+        context_.diagnostics.error(action.span, "the name '" + action.name + "' is taken by another action or timer",
+                                   "give each a name of its own");
+    return address;
 }
 
 /// An action that no condition drives is the same wherever it stands.

@@ -22,6 +22,7 @@ class ActionLowering {
 
   private:
     void add(const ActionStmt& action, const std::string& place, std::vector<std::string>& out);
+    std::string namedFire(const ActionStmt& action, const std::string& tail, const std::string& place);
     std::string object(const ActionStmt& action, std::string_view type, std::string_view array,
                        std::string initialiser);
     std::string single(const ActionStmt& action, const std::string& place);

@@ -22,6 +22,12 @@ struct LoweringContext {
     std::map<std::string, std::string> regexAddresses;   ///< each distinct expression once
     std::map<const ObjectNode*, std::string> widgetAddresses;
     std::map<const ObjectNode*, std::string> widgetPaths;
+    /// Actions and timers with a name, by Page.name.
+    struct NamedObject {
+        std::string type;
+        std::string address;
+    };
+    std::map<std::string, NamedObject> namedObjects = {};
 
     LoweredUnit& rules() { return *lowered.units.front(); }
 

@@ -248,6 +248,7 @@ class Parser : private ExpressionParser {
             decl.times = make(last().span, IntLiteral{0, false});
         else
             fail(join(first.span, last().span), "how often does this timer tick?", "add  once,  times 10  or  forever");
+        if (acceptWord("named")) decl.name = name("the timer's name").text;
         if (acceptWord("starts")) decl.starts = eventList();
         if (acceptWord("stops")) decl.stops = eventList();
         if (acceptWord("if")) decl.condition = expression();
@@ -370,6 +371,7 @@ class Parser : private ExpressionParser {
             operands(stmt);
         }
         if (acceptWord("wrap")) stmt.wrap = true;
+        if (acceptWord("named")) stmt.name = name("the action's name").text;
         if (peek().isWord("if") && !peek().startsLine) {
             advance();
             stmt.condition = expression();
@@ -380,7 +382,7 @@ class Parser : private ExpressionParser {
 
     /// X; X = Y; X by Y; X, Y: separators are words for the reader, the verb's table says what must stand there.
     void operands(ActionStmt& stmt) {
-        if (peek().startsLine || peek().is("}")) return;
+        if (peek().startsLine || peek().is("}") || peek().isWord("named")) return;
         stmt.operands.push_back(expression());
         while (accept("=") || accept(",") || acceptWord("by") || acceptWord("to"))
             stmt.operands.push_back(expression());

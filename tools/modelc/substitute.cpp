@@ -124,6 +124,7 @@ ActionPtr Substitution::operator()(const ActionPtr& action) const {
     ActionStmt result = *action;
     result.operands = (*this)(action->operands);
     result.children = (*this)(action->children);
+    result.name = (*this)(Name{action->name, action->span}).text;
     result.condition = (*this)(action->condition);
     return std::make_shared<ActionStmt>(std::move(result));
 }
