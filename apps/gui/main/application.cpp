@@ -110,6 +110,7 @@ Application::Application()
       manager_(Engine::GuiManager::instance()) {
     display_.open(LinuxFramebuffer::Contents::Keep);
     handler_.emplace(&poll_, Model::handlerTable);
+    forgetOldMessage();
     screen_.emplace(static_cast<std::uint32_t>(display_.width()), static_cast<std::uint32_t>(display_.height()), 8u,
                     display_.currentAddress(), 0u);
     manager_.setPainter(&*screen_);
@@ -127,6 +128,12 @@ Application::Application()
 }
 
 Application::~Application() = default;
+
+/// A message that was on the screen when the process before this one ended has no text any more, and no key that could
+/// close it.
+void Application::forgetOldMessage() {
+    Area::change<unsigned char>(Places::VarMessageIsVisible, 0);
+}
 
 void Application::connectModel() {
     Engine::setTextTable(Texts::tables, &Model::VarLanguage);

@@ -37,6 +37,7 @@ class Application {
   private:
     using Screen = Engine::Framebuffer<unsigned int>;
 
+    void forgetOldMessage();
     void connectModel();
     void connectTrace();
     void registerModel();
