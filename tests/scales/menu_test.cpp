@@ -231,7 +231,7 @@ TEST_F(Menu, OddMeasuresAndEmptyPlacesAreDrawn) {
 }
 
 Page* modelStorage[9];
-constinit OverlappingMenu modelMenu({.width = 240}, modelStorage, 300, 30);
+[[maybe_unused]] constinit OverlappingMenu modelMenu({.width = 240}, modelStorage, 300, 30);
 static_assert(std::is_trivially_destructible_v<OverlappingMenu>);
 
 }  // namespace
