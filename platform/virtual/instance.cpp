@@ -207,14 +207,19 @@ void Instance::liftAbandonedHolds() const {
     }
 }
 
-void Instance::remove() const {
+void Instance::removeNames() const {
     std::error_code ignored;
-    fs::remove_all(place_.folder, ignored);
     const std::string start = prefix_.substr(1);
     for (const auto& entry : fs::directory_iterator("/dev/shm", ignored)) {
         const std::string name = entry.path().filename().string();
         if (name.starts_with(start) || name.starts_with("sem." + start)) fs::remove(entry.path(), ignored);
     }
+}
+
+void Instance::remove() const {
+    std::error_code ignored;
+    fs::remove_all(place_.folder, ignored);
+    removeNames();
 }
 
 }  // namespace Platform::Virtual

@@ -47,6 +47,8 @@ class Instance {
     void setScreen(unsigned width, unsigned height, unsigned bitsPerPixel);
     /// Lifts each hold that no living driver has put, and wakes who waits for it.
     void liftAbandonedHolds() const;
+    /// Removes every shared name of the instance: what a killed server has left behind.
+    void removeNames() const;
     /// Removes the folder and every shared name of the instance.
     void remove() const;
 

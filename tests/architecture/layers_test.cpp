@@ -35,7 +35,7 @@ const std::map<std::string, std::set<std::string>> allowed = {
     {"tools/textfit", {"engine"}},
     {"unit",
      {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory",
-      "apps/libs/delayedopen"}},
+      "apps/libs/delayedopen", "apps/libs/png"}},
 };
 
 std::string floorOf(const std::string& path) {

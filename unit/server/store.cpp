@@ -47,23 +47,6 @@ std::optional<Cell> findInTable(std::string_view name, std::size_t bracket, std:
     return refuse(problem, tableName + " has no field \"" + std::string(fieldName) + "\"; it has" + fields + ".");
 }
 
-/// Edits between two words; anything above 3 is as good as 3.
-std::size_t distance(std::string_view a, std::string_view b) {
-    if (a.size() > b.size() + 3 || b.size() > a.size() + 3) return 4;
-    std::vector<std::size_t> row(b.size() + 1);
-    for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t change = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({change, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.back();
-}
-
 bool outOf(double value, const Limit& minimum, const Limit& maximum) {
     return (minimum.form == Limit::Form::Fixed && value < minimum.value) ||
            (maximum.form == Limit::Form::Fixed && value > maximum.value);
@@ -136,11 +119,27 @@ std::string_view fitting(std::string_view text, std::size_t room) {
 
 }  // namespace
 
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    if (a.size() > b.size() + 3 || b.size() > a.size() + 3) return 4;
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t change = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({change, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
 std::string didYouMean(std::string_view name) {
     const char* best = nullptr;
     std::size_t closest = 3;
     const auto look = [&](const char* candidate) {
-        const std::size_t d = distance(name, candidate);
+        const std::size_t d = editDistance(name, candidate);
         if (d < closest) {
             closest = d;
             best = candidate;

@@ -72,6 +72,8 @@ class Store {
     std::vector<std::pair<std::uint16_t, std::uint16_t>> countedTables_;  ///< id of the count, id of the table
 };
 
+/// Edits between two words; anything above 3 is as good as 3.
+std::size_t editDistance(std::string_view a, std::string_view b);
 /// A name that is within a short distance of `name`, " Did you mean ...?"; empty when there is none.
 std::string didYouMean(std::string_view name);
 

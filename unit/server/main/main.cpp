@@ -11,12 +11,15 @@
 #include <string>
 #include <vector>
 
+#include "apps/common/log/log.h"
 #include "unit/server/main/home.h"
 #include "unit/server/server.h"
 
 namespace {
 
 constexpr int exitUsage = 2;
+/// The log is the product's too: each tick of the server must not fill it.
+constexpr int logThreshold = Log::LogAll;
 
 /// One server a unit: the lock lasts as long as the process.
 bool takeLock(const std::filesystem::path& folder) {
@@ -59,6 +62,7 @@ int serve(const std::string& scene, bool lockstep, const std::vector<std::string
 }  // namespace
 
 int main(int argc, char** argv) {
+    Log::threshold = &logThreshold;
     CLI::App options("The stand-in server of a virtual unit. It ends on SIGTERM or SIGINT and leaves nothing behind.");
     std::string scene;
     bool lockstep = false;

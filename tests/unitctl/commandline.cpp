@@ -1,0 +1,82 @@
+#include "commandline.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string contentOf(const std::string& file) {
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+/// A file that nobody else of this run uses.
+std::string scratch(const char* what) {
+    static int count = 0;
+    return testing::TempDir() + "unitctl-" + std::to_string(::getpid()) + "-" + std::to_string(++count) + what;
+}
+
+}  // namespace
+
+Outcome runProgram(const std::vector<std::string>& words) {
+    const std::string out = scratch(".out"), errors = scratch(".err");
+    const pid_t child = ::fork();
+    if (child == 0) {
+        std::vector<char*> argv;
+        for (const auto& word : words) argv.push_back(const_cast<char*>(word.c_str()));
+        argv.push_back(nullptr);
+        ::dup2(::open(out.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+        ::dup2(::open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+        ::execv(argv[0], argv.data());
+        ::_exit(127);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    Outcome outcome = {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(out), contentOf(errors)};
+    fs::remove(out);
+    fs::remove(errors);
+    return outcome;
+}
+
+TestUnit::TestUnit() {
+    static int count = 0;
+    name_ = "ctltest-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
+}
+
+TestUnit::~TestUnit() {
+    ctl({"stop"});
+    EXPECT_EQ(sharedObjects(), std::vector<std::string>{});
+    fs::remove_all(folder());
+}
+
+std::string TestUnit::folder() const {
+    return "/tmp/tern-" + std::to_string(::geteuid()) + "/" + name_;
+}
+
+Outcome TestUnit::ctl(std::vector<std::string> words) const {
+    words.insert(words.begin(), TERN_BINARY_DIR "/bin/unitctl");
+    words.insert(words.end(), {"--instance", name_});
+    return runProgram(words);
+}
+
+std::string TestUnit::say(const std::vector<std::string>& words) const {
+    Outcome outcome = ctl(words);
+    EXPECT_EQ(outcome.status, 0) << words.front() << ": " << outcome.errors;
+    if (outcome.out.ends_with('\n')) outcome.out.pop_back();
+    return outcome.out;
+}
+
+std::vector<std::string> TestUnit::sharedObjects() const {
+    std::vector<std::string> found;
+    for (const auto& entry : fs::directory_iterator("/dev/shm"))
+        if (const auto name = entry.path().filename().string(); name.find("-" + name_ + ".") != std::string::npos)
+            found.push_back(name);
+    return found;
+}

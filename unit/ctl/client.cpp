@@ -1,0 +1,336 @@
+#include "unit/ctl/client.h"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+
+#include "unit/ctl/launch.h"
+#include "unit/ctl/problem.h"
+#include "unit/ctl/productlog.h"
+#include "unit/ctl/scenefile.h"
+#include "unit/ctl/supervisor.h"
+#include "unit/ctl/wire.h"
+
+namespace Unit {
+
+using nlohmann::json;
+
+namespace {
+
+/// A step of many frames may take long; a product that hangs is told of by the supervisor.
+constexpr int stepPatience = 3'600'000;
+
+bool matches(const std::string& glob, const std::string& name) {
+    return glob.empty() || ::fnmatch(glob.c_str(), name.c_str(), 0) == 0;
+}
+
+json numberOrText(const Store& store, const Cell& cell) {
+    switch (cell.kind) {
+        case Catalogue::Kind::Flag: return store.integer(cell) != 0;
+        case Catalogue::Kind::Int:
+        case Catalogue::Kind::Enum: return store.integer(cell);
+        case Catalogue::Kind::Float: return store.real(cell);
+        default: return store.show(cell);
+    }
+}
+
+json describe(const Store& store, const Cell& cell, const std::string& name) {
+    json answer = {
+        {"name", name}, {"kind", kindName(cell.kind)}, {"id", cell.id}, {"value", numberOrText(store, cell)}};
+    if (const auto enumName = valueName(store, cell); !enumName.empty()) answer["enum"] = enumName;
+    return answer;
+}
+
+json limitOf(const Catalogue::Limit& limit) {
+    return limit.form == Catalogue::Limit::Form::Fixed ? json(limit.value) : json();
+}
+
+std::string messageName(std::size_t id) {
+    const char* name = id < Catalogue::messages.size() ? Catalogue::messages[id].name : nullptr;
+    return name != nullptr ? name : "";
+}
+
+}  // namespace
+
+void Client::print(const std::string& text, const json& value) const {
+    if (output_ == Output::Json) {
+        std::printf("%s\n", value.dump(-1, ' ', false, json::error_handler_t::replace).c_str());
+    } else if (!text.empty()) {
+        std::printf("%s\n", text.c_str());
+    }
+}
+
+// The unit's processes.
+
+std::string Client::askSupervisor(const std::string& request, int milliseconds) {
+    LineConnection connection;
+    if (!connection.connect(Supervisor::socketPath(place_.folder)))
+        throw Problem("No unit \"" + place_.name + "\" runs. Start it: unitctl start --instance " + place_.name);
+    const std::string answer = connection.ask(request, milliseconds);
+    std::string rest;
+    if (request == "stop") connection.read(rest, milliseconds);  // its end
+    return answer;
+}
+
+json Client::unitStatus() {
+    return json::parse(askSupervisor("status"));
+}
+
+void Client::requireUnit() {
+    askSupervisor("status");
+}
+
+bool Client::hasServer() {
+    return LineConnection().connect(Supervisor::serverSocketPath(place_.folder));
+}
+
+std::string Client::askServer(const std::string& request) {
+    requireUnit();
+    LineConnection connection;
+    if (!connection.connect(Supervisor::serverSocketPath(place_.folder)))
+        throw Problem("The unit \"" + place_.name +
+                      "\" has no server of its own that could tell. Start it without --no-server.");
+    return connection.ask(request);
+}
+
+void Client::stop() {
+    askSupervisor("stop", 30'000);
+    print("", {{"stopped", place_.name}});
+}
+
+void Client::status() {
+    const json answer = unitStatus();
+    std::string text;
+    for (const auto& [key, value] : answer.items())
+        text += (text.empty() ? "" : "\n") + key + " " + (value.is_string() ? value.get<std::string>() : value.dump());
+    print(text, answer);
+}
+
+void Client::scene(const std::string& file) {
+    askServer("scene " + findScene(file));
+    print("", {{"scene", file}});
+}
+
+void Client::step(unsigned frames) {
+    askSupervisor("step " + std::to_string(frames), stepPatience);
+    print("", {{"stepped", frames}});
+}
+
+// Values.
+
+void Client::list(const std::string& glob) const {
+    json all = json::array();
+    std::string text;
+    const auto add = [&](const std::string& name, json described) {
+        if (!matches(glob, name)) return;
+        text += (text.empty() ? "" : "\n") + name;
+        all.push_back(std::move(described));
+    };
+    for (const auto& value : Catalogue::values) {
+        if (value.area == Catalogue::noArea || value.kind == Catalogue::Kind::None) continue;
+        add(value.name, {{"name", value.name},
+                         {"kind", kindName(value.kind)},
+                         {"id", value.id},
+                         {"area", Catalogue::areas[static_cast<std::size_t>(value.area)].name},
+                         {"offset", value.offset},
+                         {"size", value.size},
+                         {"minimum", limitOf(value.minimum)},
+                         {"maximum", limitOf(value.maximum)}});
+    }
+    for (const auto& table : Catalogue::tables)
+        for (const auto& field : table.fields)
+            add(std::string(table.name) + "[0-" + std::to_string(table.rows - 1) + "]." + field.name,
+                {{"name", std::string(table.name) + "[]." + field.name},
+                 {"kind", kindName(field.kind)},
+                 {"id", table.id},
+                 {"area", Catalogue::areas[static_cast<std::size_t>(table.area)].name},
+                 {"offset", table.base + field.offset},
+                 {"size", field.size},
+                 {"rows", table.rows},
+                 {"stride", table.stride}});
+    if (all.empty()) throw Problem("No name matches \"" + glob + "\". See all of them: unitctl list");
+    print(text, all);
+}
+
+Memory& Client::memory() {
+    requireUnit();
+    if (!memory_) memory_ = std::make_unique<Memory>(driver().instance());
+    return *memory_;
+}
+
+Cell Client::find(const std::string& name) const {
+    std::string problem;
+    const auto cell = Store::find(name, problem);
+    if (!cell) throw Problem(problem);
+    return *cell;
+}
+
+void Client::get(const std::string& name) {
+    const Cell cell = find(name);
+    const Store& store = memory().store();
+    if (output_ == Output::Json)
+        print("", describe(store, cell, name));
+    else
+        std::printf("%s\n", bareValue(store, cell).c_str());
+}
+
+void Client::write(const Cell& cell, const std::string& name, const std::string& value) {
+    std::string problem;
+    const auto bytes = Store::parse(cell, value, problem);
+    if (!bytes) throw Problem(name + ": " + problem);
+    std::ranges::copy(*bytes, memory().store().bytes(cell).begin());
+}
+
+void Client::set(const std::string& name, const std::string& value) {
+    const Cell cell = find(name);
+    std::string problem;
+    if (!Store::parse(cell, value, problem)) throw Problem(name + ": " + problem);
+    requireUnit();
+    if (hasServer()) {
+        askServer("set " + name + " " + value);
+    } else {
+        write(cell, name, value);
+        sendNotice(driver().instance(), cell.id);
+    }
+    if (output_ == Output::Json) print("", describe(memory().store(), cell, name));
+}
+
+void Client::poke(const std::string& name, const std::string& value) {
+    const Cell cell = find(name);
+    write(cell, name, value);
+    if (output_ == Output::Json) print("", describe(memory().store(), cell, name));
+}
+
+void Client::send(std::uint32_t id) {
+    constexpr std::uint32_t firstNotice = 7;  // the ids before speak to the server itself
+    if (id < firstNotice || id >= Catalogue::messages.size())
+        throw Problem("There is no notice " + std::to_string(id) + "; they go from " + std::to_string(firstNotice) +
+                      " to " + std::to_string(Catalogue::messages.size() - 1) + ".");
+    requireUnit();
+    if (hasServer())
+        askServer("send " + std::to_string(id));
+    else
+        sendNotice(driver().instance(), id);
+    print("", {{"id", id}, {"name", messageName(id)}});
+}
+
+void Client::peek(const std::string& area, std::size_t offset, std::size_t length) {
+    const auto bytes = memory().bytes(area, offset, length);
+    constexpr std::size_t perLine = 16;
+    std::string text, digits;
+    char piece[24];
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i % perLine == 0) {
+            std::snprintf(piece, sizeof piece, "%s%06zx:", i == 0 ? "" : "\n", offset + i);
+            text += piece;
+        }
+        std::snprintf(piece, sizeof piece, " %02x", std::to_integer<unsigned>(bytes[i]));
+        text += piece;
+        digits += piece + 1;
+    }
+    print(text, {{"area", area}, {"offset", offset}, {"bytes", digits}});
+}
+
+void Client::watch(const std::string& glob) {
+    requireUnit();
+    LineConnection connection;
+    if (!connection.connect(Supervisor::serverSocketPath(place_.folder)))
+        throw Problem("The unit \"" + place_.name + "\" has no server of its own that could tell of changes.");
+    connection.ask("watch");
+    const Store& store = memory().store();
+    for (std::string line; connection.read(line, -1);) {
+        const auto space = line.find(' ');
+        const bool sent = line.starts_with("sent ");
+        const auto id = space == std::string::npos ? 0 : std::strtoul(line.c_str() + space + 1, nullptr, 10);
+        for (const auto& value : Catalogue::values) {
+            if (value.id != id || value.area == Catalogue::noArea || !matches(glob, value.name)) continue;
+            const Cell cell = find(value.name);
+            json described = describe(store, cell, value.name);
+            described["from"] = sent ? "product" : "server";
+            print(std::string(value.name) + " " + bareValue(store, cell), described);
+        }
+        for (const auto& table : Catalogue::tables)
+            if (table.id == id && matches(glob, table.name))
+                print(table.name, {{"name", table.name}, {"id", id}, {"from", sent ? "product" : "server"}});
+        std::fflush(stdout);
+    }
+}
+
+void Client::journal() {
+    const json ids = json::parse(askServer("journal"));
+    std::string text;
+    json named = json::array();
+    for (const auto& id : ids) {
+        const std::string name = messageName(id.get<std::size_t>());
+        text += (text.empty() ? "" : "\n") + id.dump() + " " + name;
+        named.push_back({{"id", id}, {"name", name}});
+    }
+    print(text, named);
+}
+
+void Client::subscriptions() {
+    const json ids = json::parse(askServer("subscriptions"));
+    std::string text;
+    for (const auto& id : ids) text += (text.empty() ? "" : "\n") + id.dump();
+    print(text, ids);
+}
+
+// What the product shows and says.
+
+Platform::Virtual::Driver& Client::driver() {
+    if (!driver_) {
+        requireUnit();  // a look must not make an instance
+        driver_ = std::make_unique<Platform::Virtual::Driver>(place_);
+    }
+    return *driver_;
+}
+
+void Client::page() {
+    requireUnit();
+    const std::string name = ProductLog(place_.folder).page();
+    if (name.empty()) throw Problem("The product has not logged a page yet. Is its log level above 3? unitctl log");
+    print(name, {{"page", name}});
+}
+
+void Client::trace(const std::string& word, std::uint32_t mask) {
+    static constexpr std::pair<const char*, const char*> words[] = {
+        {"draw", "DrawFlags"}, {"event", "EventFlags"}, {"var", "VarFlags"}, {"page", "PageFlags"}};
+    for (const auto& [name, field] : words) {
+        if (word != name) continue;
+        const Cell cell = find(std::string("VarTRACE_INFO_VARIABLE[0].") + field);
+        memory().store().setInteger(cell, static_cast<std::int32_t>(mask));
+        print("", {{"trace", word}, {"mask", mask}});
+        return;
+    }
+    throw Problem("There is no trace word \"" + word + "\"; there are draw, event, var and page.");
+}
+
+void Client::log(std::size_t lines) const {
+    const ProductLog log(place_.folder);
+    std::error_code ignored;
+    if (!std::filesystem::exists(log.file(), ignored))
+        throw Problem("A unit \"" + place_.name + "\" has not run yet. Start it: unitctl start --instance " +
+                      place_.name);
+    std::string text;
+    for (const auto& line : log.last(lines)) text += (text.empty() ? "" : "\n") + line;
+    print(text, log.last(lines));
+}
+
+void Client::shot(const std::string& file) {
+    writePicture(driver(), file);
+    print("", {{"file", file}, {"width", driver().width()}, {"height", driver().height()}});
+}
+
+void Client::pixel(TouchPoint point) {
+    checkPoint(point);
+    const auto picture = driver().shot();
+    const auto index = static_cast<std::size_t>(point.y) * picture.width + static_cast<std::size_t>(point.x);
+    if (index >= picture.pixels.size()) throw Problem("The display shows nothing yet.");
+    char text[8];
+    std::snprintf(text, sizeof text, "#%06x", picture.pixels[index] & 0xffffffU);
+    print(text, {{"x", point.x}, {"y", point.y}, {"color", text}});
+}
+
+}  // namespace Unit

@@ -1,0 +1,354 @@
+#include "unit/ctl/supervisor.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "model/catalogue/constants.h"
+#include "unit/ctl/problem.h"
+
+namespace Unit {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::int64_t clockAtStart = 1'000'000'000'000;
+constexpr std::int64_t frameTime = 1'000'000'000 / 60;
+constexpr auto startPatience = 30s;
+constexpr auto restPatience = 5s;
+constexpr auto framePatience = 5s;
+constexpr auto restartPause = 1s;
+constexpr unsigned framesToFirstPage = 600;
+constexpr unsigned longestStep = 100'000;
+constexpr int clientPatience = 1000;  // ms
+
+volatile std::sig_atomic_t stopSignal = 0;
+
+void onSignal(int number) {
+    stopSignal = number;
+}
+
+template <typename... Words>
+[[noreturn]] void fail(const Words&... words) {
+    throw Problem((std::string() + ... + words));
+}
+
+}  // namespace
+
+void Supervisor::catchSignals() {
+    struct sigaction action = {};
+    action.sa_handler = onSignal;
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(number, &action, nullptr);
+    ::signal(SIGPIPE, SIG_IGN);
+}
+
+Supervisor::Supervisor(UnitOptions options, Report report)
+    : options_(std::move(options)),
+      report_(std::move(report)),
+      log_(options_.place.folder),
+      server_(options_.programs + "/unit-server", options_.place.folder + "/server.out"),
+      product_(options_.programs + "/gui-virtual", options_.place.folder + "/product.out") {
+    for (const char* program : {"/unit-server", "/gui-virtual"})
+        if (::access((options_.programs + program).c_str(), X_OK) != 0)
+            fail("The program ", options_.programs, program, " is missing. Build it first.");
+    driver_ = std::make_unique<Platform::Virtual::Driver>(options_.place);
+    takeLock();
+    ::setenv("TERN_INSTANCE", options_.place.name.c_str(), 1);
+    ::setenv("TERN_INSTANCE_DIR", options_.place.folder.c_str(), 1);
+}
+
+Supervisor::~Supervisor() {
+    shutDown();
+    // The client of "stop" waits for this: by now the name is free again.
+    if (lock_ >= 0) ::close(lock_);
+    if (stopClient_ >= 0) ::close(stopClient_);
+}
+
+void Supervisor::takeLock() {
+    const std::string file = options_.place.folder + "/unitctl.lock";
+    lock_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) == 0) return;
+    const std::string& name = options_.place.name;
+    fail("A unit \"", name, "\" runs already. Stop it (unitctl stop --instance ", name,
+         ") or choose another name (--instance NAME).");
+}
+
+void Supervisor::start() {
+    prepareInstance();
+    listen();
+    if (options_.server == ServerUse::Own) startServer();
+    startProduct();
+    awaitFirstPage();
+    lastFrame_ = Clock::now();
+}
+
+// What an earlier unit of that name has left must not be taken for this one's.
+void Supervisor::prepareInstance() {
+    log_.clear();
+    auto& instance = driver_->instance();
+    if (options_.server == ServerUse::Own) instance.removeNames();
+    const auto& screen = instance.control().screen;
+    instance.setScreen(screen.xres, screen.yres, screen.bits_per_pixel);
+    devices_ = std::make_unique<InputDevices>(*driver_);
+    if (options_.pacing == Pacing::Free) return;
+    driver_->holdClockAt(clockAtStart);
+    driver_->holdVsync();
+}
+
+void Supervisor::startServer() {
+    std::vector<std::string> arguments;
+    std::string scene = options_.scene;
+    if (options_.pacing == Pacing::Lockstep) {
+        arguments.push_back("--lockstep");
+        if (scene.empty()) {
+            scene = options_.place.folder + "/factory.json";
+            std::ofstream(scene) << "{}\n";
+        }
+    }
+    if (!scene.empty()) arguments.insert(arguments.end(), {"--scene", scene});
+    server_.start(arguments);
+    awaitServer();
+}
+
+void Supervisor::awaitServer() {
+    const auto end = Clock::now() + startPatience;
+    while (!serverControl_.connect(serverSocketPath(options_.place.folder))) {
+        if (const auto how = server_.takeEnd())
+            fail(server_.words().empty() ? "The server ended " + *how + "." : server_.words());
+        if (stopSignal != 0) fail("Interrupted.");
+        if (Clock::now() > end) fail("The server does not come up: ", server_.lastWords());
+        std::this_thread::sleep_for(5ms);
+    }
+}
+
+void Supervisor::startProduct() {
+    auto& control = driver_->instance().control();
+    control.permits = 0;
+    control.resting = 0;
+    product_.start({});
+    productStarted_ = lastFrame_ = Clock::now();
+    framesSeen_ = frames();
+    if (options_.pacing == Pacing::Lockstep) awaitRest();
+}
+
+void Supervisor::awaitFirstPage() {
+    const auto end = Clock::now() + startPatience;
+    const auto failure = [&](const std::string& what) {
+        const std::string words = product_.lastWords();
+        fail("The product ", what, words.empty() ? "" : ": " + words, ". Its log is in ", log_.file(), ".");
+    };
+    for (unsigned frame = 0; log_.page().empty(); ++frame) {
+        if (const auto how = product_.takeEnd()) failure("ended " + *how + " before its first page");
+        if (stopSignal != 0) fail("Interrupted.");
+        if (frame > framesToFirstPage && options_.pacing == Pacing::Lockstep) failure("shows no page");
+        if (Clock::now() > end) failure("shows no page");
+        if (options_.pacing == Pacing::Lockstep)
+            stepFrame();
+        else
+            std::this_thread::sleep_for(10ms);
+    }
+    // The line is written before the page is drawn.
+    const std::uint32_t logged = frames();
+    while (options_.pacing == Pacing::Free && frames() - logged < 2 && Clock::now() < end)
+        std::this_thread::sleep_for(5ms);
+}
+
+/// Whether there is a server to ask and it did what it was asked.
+bool Supervisor::serverAnswers(const std::string& line) {
+    if (!serverControl_.connected()) return false;
+    serverControl_.ask(line);
+    return true;
+}
+
+// The product's socket holds a few hundred records and the product waits when it is full, as while it subscribes: the
+// server reads then without that time passes.
+void Supervisor::awaitRest() {
+    const auto patience =
+        productStarted_ + startPatience > Clock::now() && log_.page().empty() ? startPatience : restPatience;
+    const auto end = Clock::now() + patience;
+    while (!driver_->awaitRest(20)) {
+        if (const auto how = product_.takeEnd()) {
+            lastEnd_ = *how;
+            const std::string words = product_.lastWords();
+            fail("The product ended ", *how, words.empty() ? "" : ": " + words,
+                 ". It is started again; see what it said: unitctl log.");
+        }
+        if (stopSignal != 0) fail("The unit is being stopped.");
+        if (Clock::now() > end)
+            fail("The product does not come to rest. See what it does (unitctl log) or stop it (unitctl stop).");
+        serverAnswers("drain");
+    }
+}
+
+void Supervisor::stepFrame() {
+    serverAnswers("tick " + std::to_string(frameTime));
+    driver_->advanceClock(frameTime);
+    driver_->step();
+    awaitRest();
+}
+
+void Supervisor::step(unsigned frames) {
+    if (options_.pacing == Pacing::Free) fail("The unit runs free; start it with --lockstep to step it.");
+    for (unsigned i = 0; i < frames; ++i) stepFrame();
+}
+
+void Supervisor::listen() {
+    const std::string path = socketPath(options_.place.folder);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) fail("The path ", path, " is too long for a socket.");
+    std::memcpy(address.sun_path, path.data(), path.size());
+    ::unlink(path.c_str());
+    listening_ = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (listening_ < 0 || ::bind(listening_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::listen(listening_, 16) != 0)
+        fail(path, " cannot be opened: ", std::strerror(errno));
+}
+
+void Supervisor::run() {
+    while (!stop_ && stopSignal == 0) {
+        pollfd entry = {listening_, POLLIN, 0};
+        if (::poll(&entry, 1, 50) > 0) serveClient();
+        if (stop_ || stopSignal != 0) break;
+        try {
+            if (options_.server == ServerUse::Own) watchServer();
+            watchProduct();
+            if (options_.pacing == Pacing::Free) watchFrames();
+        } catch (const Problem& problem) {
+            report_(problem.what());
+        }
+    }
+}
+
+// One request a connection.
+void Supervisor::serveClient() {
+    const int client = ::accept4(listening_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (client < 0) return;
+    std::string line;
+    char c = 0;
+    pollfd entry = {client, POLLIN, 0};
+    while (line.size() < 4096 && ::poll(&entry, 1, clientPatience) > 0 && ::read(client, &c, 1) == 1 && c != '\n')
+        line += c;
+    std::string reply;
+    try {
+        reply = answer(line);
+    } catch (const Problem& problem) {
+        reply = std::string("error ") + problem.what();
+        for (char& one : reply)
+            if (one == '\n') one = ' ';
+    }
+    reply += '\n';
+    if (stop_) {
+        stopClient_ = client;
+        shutDown();
+    }
+    if (::send(client, reply.data(), reply.size(), MSG_NOSIGNAL) < 0) report_("A client went without its answer.");
+    if (!stop_) ::close(client);
+}
+
+std::string Supervisor::answer(const std::string& line) {
+    if (line == "status") return "ok " + status();
+    if (line == "stop") {
+        stop_ = true;
+        return "ok";
+    }
+    if (line.starts_with("step ")) {
+        unsigned count = 0;
+        const char* last = line.data() + line.size();
+        const auto parsed = std::from_chars(line.data() + 5, last, count);
+        if (parsed.ec != std::errc() || parsed.ptr != last || count < 1 || count > longestStep)
+            fail("Say a number of frames from 1 to ", std::to_string(longestStep), ".");
+        step(count);
+        return "ok";
+    }
+    fail("There is no request \"", line, "\"; there are status, step and stop.");
+}
+
+std::string Supervisor::status() const {
+    const nlohmann::json answer = {{"instance", options_.place.name},
+                                   {"folder", options_.place.folder},
+                                   {"pacing", options_.pacing == Pacing::Free ? "free" : "lockstep"},
+                                   {"supervisor", ::getpid()},
+                                   {"server", server_.running() ? server_.pid() : 0},
+                                   {"product", product_.running() ? product_.pid() : 0},
+                                   {"restarts", restarts_},
+                                   {"lastEnd", lastEnd_},
+                                   {"frames", frames()},
+                                   {"time", driver_->time()},
+                                   {"page", log_.page()}};
+    return answer.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::uint32_t Supervisor::frames() const {
+    return driver_->pans() + driver_->vsyncWaits();
+}
+
+void Supervisor::watchServer() {
+    const auto how = server_.takeEnd();
+    if (!how) return;
+    report_("The server ended " + *how + ": " + server_.lastWords() + " It is started again.");
+    serverControl_.close();
+    std::this_thread::sleep_for(restartPause);
+    driver_->instance().removeNames();
+    options_.scene.clear();
+    startServer();
+    // What the product has mapped is the old server's.
+    driver_->step(4);
+    product_.end();
+    ++restarts_;
+    startProduct();
+}
+
+void Supervisor::watchProduct() {
+    if (const auto how = product_.takeEnd()) lastEnd_ = *how;
+    if (product_.running()) return;
+    const std::string words = product_.lastWords();
+    report_("The product ended " + lastEnd_ + (words.empty() ? "." : ": " + words) + " It is started again.");
+    // One that ends at once must not keep the machine busy.
+    if (Clock::now() - productStarted_ < 2s) std::this_thread::sleep_for(restartPause);
+    ++restarts_;
+    startProduct();
+}
+
+void Supervisor::watchFrames() {
+    if (const std::uint32_t now = frames(); now != framesSeen_) {
+        framesSeen_ = now;
+        lastFrame_ = Clock::now();
+    }
+    if (Clock::now() - lastFrame_ < framePatience) return;
+    report_("The product has shown no frame for 5 s: it hangs, and is killed.");
+    product_.signal(SIGKILL);
+    lastFrame_ = Clock::now();
+}
+
+void Supervisor::shutDown() {
+    if (!driver_) return;
+    product_.signal(SIGTERM);
+    driver_->releaseVsync();
+    driver_->releaseClock();
+    product_.end();
+    serverControl_.close();
+    server_.end();
+    if (options_.server == ServerUse::Own && lock_ >= 0) driver_->instance().removeNames();
+    if (listening_ >= 0) {
+        ::close(listening_);
+        ::unlink(socketPath(options_.place.folder).c_str());
+        listening_ = -1;
+    }
+}
+
+}  // namespace Unit

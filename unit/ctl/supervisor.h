@@ -1,0 +1,101 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/virtual/driver.h"
+#include "unit/ctl/childprocess.h"
+#include "unit/ctl/inputdevices.h"
+#include "unit/ctl/lineconnection.h"
+#include "unit/ctl/productlog.h"
+
+namespace Unit {
+
+enum class Pacing { Free, Lockstep };
+enum class ServerUse { Own, Foreign };
+
+struct UnitOptions {
+    Platform::Virtual::Place place;
+    std::string scene;  ///< absolute path; empty for what the unit was left with (in lockstep: as from the factory)
+    Pacing pacing = Pacing::Free;
+    ServerUse server = ServerUse::Own;
+    std::string programs;  ///< folder of unit-server and gui-virtual
+};
+
+/// One running unit: starts the server and the product, holds display and clock in lockstep, starts again what ends,
+/// answers the command line, and takes everything away at its end. One thread.
+///
+/// In free run a product that shows no frame for 5 s is killed and started again.
+class Supervisor {
+  public:
+    using Report = std::function<void(const std::string& line)>;
+
+    /// Throws Problem when a unit of that name runs already. `report` is told whatever goes wrong later.
+    Supervisor(UnitOptions options, Report report);
+    ~Supervisor();
+    Supervisor(const Supervisor&) = delete;
+    Supervisor& operator=(const Supervisor&) = delete;
+
+    /// Returns when the product has subscribed and drawn its first page. Throws Problem when that fails.
+    void start();
+    /// Until "stop", SIGINT, SIGTERM or SIGHUP.
+    void run();
+    /// In lockstep: `frames` passes. Throws Problem when the product ends or does not come to rest.
+    void step(unsigned frames);
+
+    Platform::Virtual::Driver& driver() { return *driver_; }
+    const ProductLog& log() const { return log_; }
+
+    /// Where the supervisor of the unit in `folder` listens.
+    static std::string socketPath(const std::string& folder) { return folder + "/var/volatile/unitctl.socket"; }
+    static std::string serverSocketPath(const std::string& folder) {
+        return folder + "/var/volatile/unit-control.socket";
+    }
+    /// Signals ask for the end instead of ending the process. Once, before the first supervisor.
+    static void catchSignals();
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    void takeLock();
+    void prepareInstance();
+    void startServer();
+    void awaitServer();
+    void startProduct();
+    void awaitFirstPage();
+    void awaitRest();
+    bool serverAnswers(const std::string& line);
+    void stepFrame();
+    void listen();
+    void serveClient();
+    std::string answer(const std::string& line);
+    std::string status() const;
+    void watchServer();
+    void watchProduct();
+    void watchFrames();
+    void shutDown();
+    std::uint32_t frames() const;
+
+    UnitOptions options_;
+    Report report_;
+    int lock_ = -1;
+    int listening_ = -1;
+    int stopClient_ = -1;
+    bool stop_ = false;
+    std::unique_ptr<Platform::Virtual::Driver> driver_;
+    std::unique_ptr<InputDevices> devices_;
+    ProductLog log_;
+    ChildProcess server_;
+    ChildProcess product_;
+    LineConnection serverControl_;
+    Clock::time_point productStarted_;
+    Clock::time_point lastFrame_;
+    std::uint32_t framesSeen_ = 0;
+    unsigned restarts_ = 0;
+    std::string lastEnd_;
+};
+
+}  // namespace Unit
