@@ -80,7 +80,7 @@ TEST_F(Lockstep, NamesAndValuesThatCannotBeAreRefused) {
     expectRefused(unit.ctl({"joystick", "0", "-1.5"}), "from -1 to 1");
     expectRefused(unit.ctl({"send", "4"}), "There is no notice");
     expectRefused(unit.ctl({"trace", "drow", "1"}), "no trace word");
-    expectRefused(unit.ctl({"step", "0"}), "step");
+    expectRefused(unit.ctl({"step", "0"}), "not in range 1 to");
     expectRefused(unit.ctl({"touhc", "1", "1"}), "Did you mean touch?");
     expectRefused(unit.ctl({"start"}), "runs already");
 }
