@@ -183,6 +183,7 @@ TEST_F(ServerConnectionTest, AServerThatDoesNotReadStallsTheSenderUntilASignal) 
                 }),
                 EndsWith("Could not send message to server"));
     poll.setTimer(-1);
+    takeAlarm(poll);
 }
 
 TEST_F(ServerConnectionTest, ClosingReadsAwayButNotForEver) {

@@ -1,5 +1,7 @@
 #include "world.h"
 
+#include <errno.h>
+
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -52,4 +54,9 @@ std::string World::fatalTextOf(const std::function<void()>& operation) {
         return error.what();
     }
     return "nothing thrown";
+}
+
+void World::takeAlarm(EventPoll& poll) {
+    Platform::Virtual::failCall(Call::EpollWait, EINTR);
+    poll.wait(0, true);
 }

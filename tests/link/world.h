@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "apps/common/event/eventpoll.h"
 #include "platform/virtual/virtual.h"
 
 using Platform::Virtual::Call;
@@ -28,6 +29,9 @@ class World {
     std::vector<std::string> logTexts() const;
     /// The text of the std::runtime_error that `operation` throws.
     static std::string fatalTextOf(const std::function<void()>& operation);
+
+    /// Takes the alarm that a timer may have left: the flag is the process's and would end a wait of the next test.
+    static void takeAlarm(EventPoll& poll);
 
   private:
     std::vector<std::string> logLines() const;
