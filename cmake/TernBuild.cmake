@@ -17,8 +17,7 @@ option(TERN_LIBFUZZER "Build the fuzz entries for libFuzzer (clang only)" OFF)
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   set(CMAKE_C_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
-  # The sloppiness lets it keep what is compiled with a precompiled header.
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
 endif()
 
 # The model's objects hold addresses of each other: without position independence they are plain

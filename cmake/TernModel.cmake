@@ -27,8 +27,6 @@ function(tern_model name folder)
   add_library(${name} STATIC ${made} ${model}/runtime/modellink.cpp)
   target_include_directories(${name} PUBLIC ${out})
   target_link_libraries(${name} PUBLIC model-variables model-assets)
-  # Reading the engine's headers takes most of the time of a page's compilation.
-  target_precompile_headers(${name} PRIVATE ${model}/runtime/generated.h)
   if(TARGET ${name}-compiled)
     add_dependencies(${name} ${name}-compiled)
   endif()
