@@ -15,15 +15,16 @@ std::size_t allocations = 0;
 
 }  // namespace
 
-void* operator new(std::size_t size) {
+// Not inlined: a compiler that sees one of the pair alone takes malloc and free for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     if (void* block = std::malloc(size != 0 ? size : 1)) return block;
     throw std::bad_alloc();
 }
-void operator delete(void* block) noexcept {
+[[gnu::noinline]] void operator delete(void* block) noexcept {
     std::free(block);
 }
-void operator delete(void* block, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
     std::free(block);
 }
 
