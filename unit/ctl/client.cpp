@@ -333,4 +333,16 @@ void Client::pixel(TouchPoint point) {
     print(text, {{"x", point.x}, {"y", point.y}, {"color", text}});
 }
 
+void Client::postNotice(const Notices::Notice& notice) {
+    requireUnit();
+    Notices(place_.folder).post(notice);
+    print("", {{"notice", notice.key}});
+}
+
+void Client::removeNotice(const std::string& key) {
+    requireUnit();
+    if (!Notices(place_.folder).remove(key)) throw Problem("There is no notice \"" + key + "\".");
+    print("", {{"removed", key}});
+}
+
 }  // namespace Unit

@@ -10,6 +10,7 @@
 #include "unit/ctl/inputdevices.h"
 #include "unit/ctl/lineconnection.h"
 #include "unit/ctl/memory.h"
+#include "unit/ctl/notices.h"
 
 namespace Unit {
 
@@ -51,6 +52,8 @@ class Client {
     void log(std::size_t lines) const;
     void shot(const std::string& file);
     void pixel(TouchPoint point);
+    void postNotice(const Notices::Notice& notice);
+    void removeNotice(const std::string& key);
 
   private:
     nlohmann::json unitStatus();

@@ -18,6 +18,7 @@
 #include <thread>
 
 #include "model/catalogue/constants.h"
+#include "unit/ctl/notices.h"
 #include "unit/ctl/problem.h"
 
 namespace Unit {
@@ -99,6 +100,7 @@ void Supervisor::start() {
 // What an earlier unit of that name has left must not be taken for this one's.
 void Supervisor::prepareInstance() {
     log_.clear();
+    Notices(options_.place.folder).clear();
     auto& instance = driver_->instance();
     if (options_.server == ServerUse::Own) instance.removeNames();
     const auto& screen = instance.control().screen;

@@ -23,6 +23,8 @@ struct Arguments {
     bool json = false;
     bool lockstep = false;
     bool noServer = false;
+    bool problem = false;
+    bool remove = false;
     std::string scene, name, value, file, glob, word, mask;
     unsigned frames = 1;
     unsigned milliseconds = 100;
@@ -213,6 +215,15 @@ void CommandLine::addLookVerbs() {
     auto* pixel = verb("pixel", "Colour of a shown pixel", [&a](Client& c) { c.pixel({a.numbers[0], a.numbers[1]}); });
     pixel->add_option("x", a.numbers[0])->required();
     pixel->add_option("y", a.numbers[1])->required();
+    auto* notice = verb("notice", "A notice over the display, seen in the panel", [&a](Client& c) {
+        if (a.remove) return c.removeNotice(a.name);
+        c.postNotice({a.name, a.problem ? Notices::Tone::Problem : Notices::Tone::Info, a.word, a.value});
+    });
+    notice->add_option("key", a.name, "Another notice of this key takes its place")->required();
+    notice->add_option("title", a.word);
+    notice->add_option("text", a.value);
+    notice->add_flag("--problem", a.problem, "Something is wrong");
+    notice->add_flag("--remove", a.remove, "Take it away");
     add("complete", "Words for the shell's completion: verbs, keys or scenes",
         [this] {
             std::vector<std::string> words = verbNames(app);
