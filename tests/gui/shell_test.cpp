@@ -32,6 +32,7 @@ TEST(MissedFrames, BeginAboveTwentyMilliseconds) {
 TEST(JoystickSteps, RepeatSlowlyAndFastByTheDeflection) {
     Joystick joystick;
     Heard slow, fast;
+    joystick.step({}, slow);
     for (int i = 0; i < 600; ++i) joystick.step({0.2F, 0, false, 3}, slow);
     EXPECT_EQ(slow.pressed.size(), 3u) << "0.025 a step against 20 / 3";
     EXPECT_EQ(slow.firsts, 1);
@@ -45,14 +46,18 @@ TEST(JoystickSteps, RepeatSlowlyAndFastByTheDeflection) {
 TEST(JoystickSteps, AreBlockedUntilTheCentreAndSurviveBadReadings) {
     Joystick joystick;
     Heard heard;
-    joystick.block();
     joystick.step({1, 0, true, 1}, heard);
-    EXPECT_TRUE(heard.pressed.empty());
+    EXPECT_TRUE(heard.pressed.empty()) << "held since the start";
     joystick.step({0, 0, true, 1}, heard);
     joystick.step({1, 1, true, 0}, heard);
     EXPECT_EQ(heard.pressed, std::vector<Joystick::Direction>{Joystick::Up}) << "a tie goes to Y";
     joystick.step({std::nanf(""), INFINITY, true, -5}, heard);
     EXPECT_EQ(heard.pressed.size(), 1u);
+    joystick.step({0, 1, true, 0x7fffffff}, heard);
+    EXPECT_EQ(heard.pressed.size(), 2u) << "a speed that cannot be is the fastest there is";
+    joystick.block();
+    for (int i = 0; i < 9; ++i) joystick.step({0, 1, true, 10}, heard);
+    EXPECT_EQ(heard.pressed.size(), 2u);
 }
 
 TEST(Options, RefuseWhatTheyDoNotKnowWithTheUsage) {

@@ -163,9 +163,13 @@ void Application::replayForShell() {
     for (const std::uint32_t id : replayedIds) handler_->handleEvent({id});
 }
 
-int Application::run() {
+void Application::begin() {
     lastFrameTime_ = Platform::steadyNanoseconds();
     if (!Area::flag(Places::VarHwFullUnit)) showBootLogo();
+}
+
+int Application::run() {
+    begin();
     while (!EventPoll::stopRequested()) pass();
     return 0;
 }
@@ -203,7 +207,9 @@ void Application::countMissedFrames() {
     const int missed = missedFrames(now - lastFrameTime_);
     lastFrameTime_ = now;
     if (missed == 0) return;
-    const int total = Area::number(Places::VarGuiMissedFrames) + missed;
+    // Whatever stands there, as a sum that wraps.
+    const int total =
+        static_cast<int>(Area::read<unsigned>(Places::VarGuiMissedFrames) + static_cast<unsigned>(missed));
     Area::store(Places::VarGuiMissedFrames, total);
     if (missed > 2)
         TERN_LOG(Log::DebugLight, "Gui missed %i frame(s), with a total of %i missed frames", missed, total);

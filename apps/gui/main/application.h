@@ -34,6 +34,11 @@ class Application {
     /// Shows the boot logo and runs until a stop signal. The result is the process's exit status.
     int run();
 
+    // What `run` is made of.
+    void begin();
+    /// One pass of the frame loop.
+    void pass();
+
   private:
     using Screen = Engine::Framebuffer<unsigned int>;
 
@@ -45,8 +50,7 @@ class Application {
     void replayForShell();
     void showBootLogo();
 
-    // One pass of the frame loop.
-    void pass();
+    // Steps of a pass.
     void countMissedFrames();
     void drainServer();
     void layoutTexts();

@@ -7,6 +7,9 @@ namespace {
 
 constexpr float deadZone = 0.15F;
 constexpr float travel = 0.55F;
+/// Of the setting. Whatever else stands there must not turn one step into a long run of events.
+constexpr int slowest = 1;
+constexpr int fastest = 10;
 
 float rateOf(float deflection) {
     return std::pow(2.0F * deflection, 5.0F);
@@ -22,7 +25,7 @@ void Joystick::step(const Reading& reading, Listener& listener) {
         return;
     }
     if (blocked_) return;
-    const float back = 20.0F / static_cast<float>(std::max(reading.scrollSpeed, 1));
+    const float back = 20.0F / static_cast<float>(std::clamp(reading.scrollSpeed, slowest, fastest));
     if (std::fabs(x) > std::fabs(y)) {
         const float clamped = std::clamp(x, -travel, travel);
         feed(accumulatorX_, reading.fastX ? rateOf(clamped) : clamped * 0.125F, Left, Right, back, listener);

@@ -11,7 +11,7 @@ class Joystick {
         float x = 0;  ///< -1 left to 1 right
         float y = 0;  ///< -1 down to 1 up
         bool fastX = false;
-        int scrollSpeed = 1;  ///< below 1 counts as 1
+        int scrollSpeed = 1;  ///< 1 to 10; beyond them the nearer one counts
     };
 
     /// Whoever gets the events: `first` for the first of a run of its direction.
@@ -25,7 +25,7 @@ class Joystick {
         ~Listener() = default;
     };
 
-    /// A stick that is held when this begins is ignored until it has been in the centre.
+    /// A stick that is held when this begins, as at the start of the program, is ignored until it has been in the centre.
     void block() { blocked_ = true; }
     void step(const Reading& reading, Listener& listener);
 
@@ -36,5 +36,5 @@ class Joystick {
     std::array<int, 4> counters_{};
     float accumulatorX_ = 0;
     float accumulatorY_ = 0;
-    bool blocked_ = false;
+    bool blocked_ = true;
 };
