@@ -1,11 +1,14 @@
 #include "tests/support/stubserver.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 #include <utility>
 
 #include "platform/system.h"
@@ -14,6 +17,10 @@ namespace {
 
 constexpr const char* socketPath = "/var/volatile/message-broker.socket";
 constexpr const char* readySemaphore = "/message-broker-ready";
+
+void require(bool good, const char* what) {
+    if (!good) throw std::system_error(errno, std::generic_category(), what);
+}
 
 }  // namespace
 
@@ -24,10 +31,10 @@ StubServer::StubServer() {
         areas_.back().address();
     }
     listener_ = Platform::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    EXPECT_EQ(Platform::bindUnix(listener_, socketPath), 0) << std::strerror(errno);
-    EXPECT_EQ(Platform::listen(listener_, 4), 0);
+    require(Platform::bindUnix(listener_, socketPath) == 0, socketPath);
+    require(Platform::listen(listener_, 4) == 0, "listen");
     sem_t* ready = Platform::semOpen(readySemaphore, O_CREAT, 0666, 1);
-    EXPECT_NE(ready, SEM_FAILED);
+    require(ready != SEM_FAILED, readySemaphore);
     Platform::semClose(ready);
     thread_ = std::thread([this] { serve(); });
 }
@@ -42,27 +49,45 @@ StubServer::~StubServer() {
 }
 
 void StubServer::serve() {
-    Notify buffer[256];
     while (!ends_) {
         if (connection_ < 0) connection_ = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
         pollfd waiting = {connection_ < 0 ? listener_ : connection_.load(), POLLIN, 0};
         if (::poll(&waiting, 1, 20) <= 0 || connection_ < 0) continue;
-        const ssize_t bytes = ::read(connection_, buffer, sizeof buffer);
-        if (bytes == 0) ends_ = true;
-        if (bytes <= 0) continue;
         const std::lock_guard lock(mutex_);
-        records_.insert(records_.end(), buffer, buffer + bytes / static_cast<ssize_t>(sizeof(Notify)));
+        readOnce();
     }
+}
+
+bool StubServer::readOnce() {
+    Notify buffer[256];
+    const ssize_t bytes = ::read(connection_, buffer, sizeof buffer);
+    if (bytes == 0) ends_ = true;
+    if (bytes <= 0) return false;
+    records_.insert(records_.end(), buffer, buffer + bytes / static_cast<ssize_t>(sizeof(Notify)));
+    return true;
 }
 
 std::vector<Notify> StubServer::received() {
     const std::lock_guard lock(mutex_);
+    while (connection_ >= 0 && readOnce()) {
+    }
     return std::exchange(records_, {});
 }
 
+void StubServer::send(const std::vector<Notify>& records) {
+    const std::size_t size = records.size() * sizeof(Notify);
+    require(Platform::write(connection_, records.data(), size) == static_cast<ssize_t>(size),
+            "a notice to the program");
+}
+
 void StubServer::notify(std::uint32_t id) {
-    const Notify record = {id, 0, 0};
-    EXPECT_EQ(Platform::write(connection_, &record, sizeof record), static_cast<ssize_t>(sizeof record));
+    send({{id, 0, 0}});
+}
+
+void StubServer::notify(std::span<const std::uint32_t> ids) {
+    std::vector<Notify> records;
+    for (const std::uint32_t id : ids) records.push_back({id, 0, 0});
+    if (!records.empty()) send(records);
 }
 
 void StubServer::echo(const std::vector<Notify>& records) {
@@ -71,6 +96,6 @@ void StubServer::echo(const std::vector<Notify>& records) {
 
 unsigned char* StubServer::place(std::string_view name) {
     const auto* value = Catalogue::findValue(name);
-    EXPECT_NE(value, nullptr) << name;
+    if (value == nullptr) throw std::invalid_argument("no value " + std::string(name));
     return area(static_cast<std::size_t>(value->area)) + value->offset;
 }

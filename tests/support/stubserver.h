@@ -5,6 +5,7 @@
 #include <cstring>
 #include <deque>
 #include <mutex>
+#include <span>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -22,9 +23,11 @@ class StubServer {
     StubServer(const StubServer&) = delete;
     StubServer& operator=(const StubServer&) = delete;
 
-    /// All records that the program sent since the last call.
+    /// All records that the program sent since the last call, whatever of them is still in the socket included.
     std::vector<Notify> received();
     void notify(std::uint32_t id);
+    /// In one write: the program sees them in one go.
+    void notify(std::span<const std::uint32_t> ids);
     /// Sends back to the program what it sent, as a server does to every subscriber.
     void echo(const std::vector<Notify>& records);
 
@@ -52,12 +55,14 @@ class StubServer {
     unsigned char* place(std::string_view name);
     /// Reads on a thread of its own, since a program that subscribes fills the socket before its first frame.
     void serve();
+    void send(const std::vector<Notify>& records);
+    bool readOnce();
 
     std::deque<SharedMemory> areas_;
     int listener_ = -1;
     std::atomic<int> connection_ = -1;
     std::atomic<bool> ends_ = false;
     std::mutex mutex_;
-    std::vector<Notify> records_;  ///< guarded by mutex_
+    std::vector<Notify> records_;  ///< with what is read, guarded by mutex_
     std::thread thread_;
 };

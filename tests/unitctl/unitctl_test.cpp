@@ -65,6 +65,7 @@ TEST_F(Lockstep, ValuesGoInAndOut) {
     EXPECT_TRUE(described.contains("enum"));
     unit.say({"poke", "VarCamSpeedList[2].CamSpeed", "24"});
     EXPECT_EQ(unit.say({"get", "VarCamSpeedList[2].CamSpeed"}), "24");
+    EXPECT_TRUE(std::filesystem::exists(unit.temporary("usr/share/qz-boot-logo.png"))) << "the unit has its boot logo";
 }
 
 TEST_F(Lockstep, NamesAndValuesThatCannotBeAreRefused) {

@@ -105,10 +105,23 @@ void Supervisor::prepareInstance() {
     if (options_.server == ServerUse::Own) instance.removeNames();
     const auto& screen = instance.control().screen;
     instance.setScreen(screen.xres, screen.yres, screen.bits_per_pixel);
+    installBootLogo();
     devices_ = std::make_unique<InputDevices>(*driver_);
     if (options_.pacing == Pacing::Free) return;
     driver_->holdClockAt(clockAtStart);
     driver_->holdVsync();
+}
+
+// It lies beside the programs of an installation, and elsewhere in a build. Without it the unit comes up all the same.
+void Supervisor::installBootLogo() const {
+    namespace fs = std::filesystem;
+    std::error_code ignored;
+    const fs::path folder = fs::path(options_.place.folder) / "usr/share";
+    fs::create_directories(folder, ignored);
+    for (const char* place : {"/../gen/share/qz-boot-logo.png", "/../share/qz-boot-logo.png"})
+        if (fs::copy_file(options_.programs + place, folder / "qz-boot-logo.png", fs::copy_options::overwrite_existing,
+                          ignored))
+            return;
 }
 
 void Supervisor::startServer() {

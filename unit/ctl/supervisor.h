@@ -62,6 +62,7 @@ class Supervisor {
 
     void takeLock();
     void prepareInstance();
+    void installBootLogo() const;
     void startServer();
     void awaitServer();
     void startProduct();
