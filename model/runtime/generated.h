@@ -17,6 +17,7 @@
 #include "embedded-gui-engine/enumtranslator.h"
 #include "embedded-gui-engine/eventtrigger.h"
 #include "embedded-gui-engine/fancyborder.h"
+#include "embedded-gui-engine/fixedindicator.h"
 #include "embedded-gui-engine/group.h"
 #include "embedded-gui-engine/groupeventmatcher.h"
 #include "embedded-gui-engine/historyclear.h"

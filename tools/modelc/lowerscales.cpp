@@ -75,8 +75,9 @@ void WidgetLowering::checkPlaceInScales(const ObjectNode& object, const ClassSch
     if (schema.isElement() && !inContainer)
         context_.diagnostics.error(object.type.span, withArticle(schema.name) + " stands in a ScaleContainer only");
     if (!schema.isElement() && inContainer)
-        context_.diagnostics.error(object.type.span, "a ScaleContainer holds no " + std::string(schema.name),
-                                   "it holds Scale, MarkerIndicator, RangeIndicator and ObjectIndicator");
+        context_.diagnostics.error(
+            object.type.span, "a ScaleContainer holds no " + std::string(schema.name),
+            "it holds Scale and MarkerIndicator, RangeIndicator, ObjectIndicator, FixedIndicator");
 }
 
 void WidgetLowering::describeElement(const ObjectNode& object, const ClassSchema& schema) {
@@ -99,6 +100,8 @@ std::string WidgetLowering::elementArguments(Widget& element) {
     } else if (element.schema.name == "RangeIndicator") {
         const std::string from = argument(element, "from", "0.0f");
         result += templateAddress(element, "band") + ", " + from + ", " + argument(element, "to", "0.0f");
+    } else if (element.schema.name == "FixedIndicator") {
+        result += templateAddress(element, "figure");
     } else {
         const std::string table = tableSource(element);
         result += table + ", " + templateAddress(element, "object") + ", " + argument(element, "span", "0");

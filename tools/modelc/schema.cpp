@@ -134,6 +134,7 @@ const std::vector<ClassSchema>& classSchemas() {
          {"table"},
          true,
          {"object"}},
+        {"FixedIndicator", "fixedIndicators", {elementShown}, {}, {}, true, {"figure"}},
         {"PinchScaleWidget",
          "pinches",
          {{"minimum", Type::Float, {}, "setMinimum", "Engine::PinchScaleWidget", {}, "of what is written"},
