@@ -11,6 +11,8 @@ namespace {
 struct Opened {
     Device device = Device::Other;
     char path[108] = "";
+    bool waited = false;
+    std::uint64_t data = 0;
 };
 
 std::array<Opened, 256> table;
@@ -40,6 +42,23 @@ void forget(int fd) {
 const char* pathOf(int fd) {
     const Opened* opened = entry(fd);
     return opened != nullptr ? opened->path : "";
+}
+
+void rememberData(int fd, std::uint64_t data) {
+    if (Opened* opened = entry(fd)) {
+        opened->waited = true;
+        opened->data = data;
+    }
+}
+
+const char* pathByData(std::uint64_t data) {
+    for (const Opened& opened : table)
+        if (opened.waited && opened.data == data) return opened.path;
+    return "";
+}
+
+bool isServerSocket(const char* path) {
+    return std::strcmp(path, "/var/volatile/message-broker.socket") == 0;
 }
 
 Device deviceOf(int fd) {

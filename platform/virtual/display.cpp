@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/virtual/tape/tape.h"
+
 namespace Platform::Virtual {
 
 namespace {
@@ -70,6 +72,8 @@ int pan(Instance& instance, const fb_var_screeninfo& info) {
     if (info.xoffset != 0 || info.yoffset > block.screen.yres_virtual - block.screen.yres) return fail(EINVAL);
     block.yoffset = info.yoffset;
     ++block.pans;
+    if (Recorder* to = recorder()) to->shown();
+    if (Replayer* tape = replayer()) tape->shown();
     return waitForBlank(instance);
 }
 
@@ -99,13 +103,15 @@ bool takePermit(ControlBlock& block) {
 
 }  // namespace
 
-int waitForBlank(Instance& instance) {
+namespace {
+
+int waitForTick(Instance& instance) {
     ControlBlock& block = instance.control();
     for (;;) {
         const std::uint32_t sequence = block.sequence;
         if (block.vsyncHeld == 0) {
             setResting(block, 0);
-            return sleepUntilTick(instance);
+            return replayer() != nullptr ? 0 : sleepUntilTick(instance);
         }
         if (block.permits != 0) {
             setResting(block, 0);
@@ -121,6 +127,21 @@ int waitForBlank(Instance& instance) {
         setResting(block, 0);
         return fail(error);
     }
+}
+
+}  // namespace
+
+int waitForBlank(Instance& instance) {
+    Recorder* const to = recorder();
+    Replayer* const tape = replayer();
+    if (to != nullptr) to->endPass();
+    if (tape != nullptr) tape->endPass();
+    const int result = waitForTick(instance);
+    const int error = errno;
+    if (to != nullptr) to->beginPass();
+    if (tape != nullptr) tape->beginPass();
+    errno = error;
+    return result;
 }
 
 int displayIoctl(Instance& instance, unsigned long request, void* argument) {

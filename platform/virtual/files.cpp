@@ -13,12 +13,36 @@
 #include "platform/virtual/descriptors.h"
 #include "platform/virtual/display.h"
 #include "platform/virtual/strike.h"
+#include "platform/virtual/tape/tape.h"
 
 namespace Platform {
 
 using Virtual::Call;
 using Virtual::Instance;
+using Virtual::recorder;
+using Virtual::Replayer;
+using Virtual::replayer;
 using Virtual::strike;
+
+namespace {
+
+void noteOpened(Virtual::Recorder& to, const char* path, int flags, int fd) {
+    if (fd >= 0 && Virtual::deviceOf(fd) == Virtual::Device::Framebuffer) to.framebufferOpened();
+    if ((flags & O_ACCMODE) != O_RDONLY) return;
+    to.opened(path, fd);
+    if (fd >= 0 && (flags & O_DIRECTORY) != 0) to.listed(path, fd);
+}
+
+bool isServer(int fd) {
+    return Virtual::isServerSocket(Virtual::pathOf(fd));
+}
+
+/// Whether what is read from the descriptor is part of a recording. Descriptors that the seam did not open are not.
+bool isPlayed(int fd) {
+    return Replayer::speaksFor(Virtual::pathOf(fd));
+}
+
+}  // namespace
 
 int open(const char* path, int flags, mode_t mode) {
     if (const auto verdict = strike(Call::Open, path); verdict.instead) return static_cast<int>(verdict.value);
@@ -27,8 +51,12 @@ int open(const char* path, int flags, mode_t mode) {
     if (file == nullptr) return -1;
     // The log device of all processes of the unit is one file: it is made on demand, and nobody overwrites another.
     const bool log = std::strcmp(path, "/dev/kmsg") == 0;
-    const int fd = ::open(file, log ? flags | O_CREAT | O_APPEND : flags, log ? 0600 : mode);
+    Replayer* const tape = replayer();
+    const bool played = tape != nullptr && Replayer::speaksFor(path);
+    const int fd = played ? tape->open(path, flags, mode)
+                          : ::open(file, log ? flags | O_CREAT | O_APPEND : flags, log ? 0600 : mode);
     if (fd >= 0) Virtual::remember(fd, path);
+    if (auto* to = recorder(); to != nullptr && !log) noteOpened(*to, path, flags, fd);
     return fd;
 }
 
@@ -42,18 +70,34 @@ int close(int fd) {
 ssize_t read(int fd, void* buffer, size_t size) {
     const auto verdict = strike(Call::Read, Virtual::pathOf(fd));
     if (verdict.instead) return verdict.value;
-    const ssize_t count = ::read(fd, buffer, std::min(size, verdict.limit));
+    size = std::min(size, verdict.limit);
+    if (Replayer* tape = replayer(); tape != nullptr && isPlayed(fd))
+        return tape->read(Virtual::pathOf(fd), buffer, size);
+    ssize_t count = ::read(fd, buffer, size);
     // A device has no end: a stream without a writer is one that has nothing to say just now.
-    if (count == 0 && size != 0 && verdict.limit != 0 && Virtual::deviceOf(fd) == Virtual::Device::Input) {
+    if (count == 0 && size != 0 && Virtual::deviceOf(fd) == Virtual::Device::Input) {
         errno = EAGAIN;
-        return -1;
+        count = -1;
     }
+    if (auto* to = recorder(); to != nullptr && isPlayed(fd)) to->read(Virtual::pathOf(fd), buffer, count);
     return count;
 }
 
 ssize_t write(int fd, const void* data, size_t size) {
     const auto verdict = strike(Call::Write, Virtual::pathOf(fd));
-    return verdict.instead ? verdict.value : ::write(fd, data, std::min(size, verdict.limit));
+    if (verdict.instead) return verdict.value;
+    size = std::min(size, verdict.limit);
+    if (!isServer(fd)) return ::write(fd, data, size);
+    if (Replayer* tape = replayer()) {
+        tape->sending(data, size);
+        errno = tape->resultOf(Call::Write, Virtual::pathOf(fd));
+        return errno == 0 ? static_cast<ssize_t>(size) : -1;
+    }
+    auto* const to = recorder();
+    if (to != nullptr) to->sending(data, size);
+    const ssize_t count = ::write(fd, data, size);
+    if (to != nullptr && count < 0) to->ended(Call::Write, Virtual::pathOf(fd), false);
+    return count;
 }
 
 ssize_t writev(int fd, const iovec* parts, int count) {
@@ -96,12 +140,17 @@ off_t fileSize(int fd) {
 void* mmap(void* address, size_t size, int protection, int flags, int fd, off_t offset) {
     const auto verdict = strike(Call::Mmap, Virtual::pathOf(fd));
     if (verdict.instead) return reinterpret_cast<void*>(verdict.value);  // -1 is MAP_FAILED
-    return ::mmap(address, size, protection, flags, fd, offset);
+    void* mapping = ::mmap(address, size, protection, flags, fd, offset);
+    auto* const to = recorder();
+    const bool area = std::strncmp(Virtual::pathOf(fd), "/Mem", 4) == 0 && (flags & MAP_SHARED) != 0;
+    return to != nullptr && area && mapping != MAP_FAILED ? to->mapped(Virtual::pathOf(fd), mapping, size) : mapping;
 }
 
 int munmap(void* address, size_t size) {
     const auto verdict = strike(Call::Munmap);
-    return verdict.instead ? static_cast<int>(verdict.value) : ::munmap(address, size);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    if (auto* to = recorder(); to != nullptr && to->unmapped(address)) return 0;
+    return ::munmap(address, size);
 }
 
 int unlinkPath(const char* path) {

@@ -12,19 +12,29 @@
 #include "platform/virtual/descriptors.h"
 #include "platform/virtual/instance.h"
 #include "platform/virtual/strike.h"
+#include "platform/virtual/tape/tape.h"
 
 namespace Platform {
 
 using Virtual::Call;
 using Virtual::Instance;
+using Virtual::recorder;
+using Virtual::replayer;
 using Virtual::strike;
 
 int shmOpen(const char* name, int flags, mode_t mode) {
     if (const auto verdict = strike(Call::ShmOpen, name); verdict.instead) return static_cast<int>(verdict.value);
     char buffer[Instance::nameLimit];
     const char* own = Instance::current().mapName(name, buffer);
+    const bool opens = (flags & O_CREAT) == 0;
+    if (auto* tape = replayer(); tape != nullptr && opens) {
+        const int played = tape->openArea(name);
+        if (played >= 0) Virtual::remember(played, name);
+        return played;
+    }
     const int fd = own != nullptr ? ::shm_open(own, flags, mode) : -1;
     if (fd >= 0) Virtual::remember(fd, name);
+    if (auto* to = recorder(); to != nullptr && opens) to->areaOpened(name, fd);
     return fd;
 }
 
@@ -35,27 +45,43 @@ int shmUnlink(const char* name) {
     return own != nullptr ? ::shm_unlink(own) : -1;
 }
 
+namespace {
+
+/// Stands for the gate in a replay, where there is nobody to wait for.
+sem_t playedSemaphore;
+
+}  // namespace
+
 sem_t* semOpen(const char* name, int flags, mode_t mode, unsigned value) {
     if (const auto verdict = strike(Call::SemOpen, name); verdict.instead)
         return verdict.value == -1 ? SEM_FAILED : reinterpret_cast<sem_t*>(verdict.value);
+    if (auto* tape = replayer(); tape != nullptr) {
+        errno = tape->resultOf(Call::SemOpen, name);
+        return errno == 0 ? &playedSemaphore : SEM_FAILED;
+    }
     char buffer[Instance::nameLimit];
     const char* own = Instance::current().mapName(name, buffer);
-    return own != nullptr ? ::sem_open(own, flags, mode, value) : SEM_FAILED;
+    sem_t* const semaphore = own != nullptr ? ::sem_open(own, flags, mode, value) : SEM_FAILED;
+    if (auto* to = recorder()) to->ended(Call::SemOpen, name, semaphore != SEM_FAILED);
+    return semaphore;
 }
 
 int semWait(sem_t* semaphore) {
     const auto verdict = strike(Call::SemWait);
-    return verdict.instead ? static_cast<int>(verdict.value) : ::sem_wait(semaphore);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    return semaphore == &playedSemaphore ? 0 : ::sem_wait(semaphore);
 }
 
 int semPost(sem_t* semaphore) {
     const auto verdict = strike(Call::SemPost);
-    return verdict.instead ? static_cast<int>(verdict.value) : ::sem_post(semaphore);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    return semaphore == &playedSemaphore ? 0 : ::sem_post(semaphore);
 }
 
 int semClose(sem_t* semaphore) {
     const auto verdict = strike(Call::SemClose);
-    return verdict.instead ? static_cast<int>(verdict.value) : ::sem_close(semaphore);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    return semaphore == &playedSemaphore ? 0 : ::sem_close(semaphore);
 }
 
 int semUnlink(const char* name) {
@@ -120,8 +146,15 @@ int socket(int domain, int type, int protocol) {
 
 int connectUnix(int fd, const char* path) {
     if (const auto verdict = strike(Call::Connect, path); verdict.instead) return static_cast<int>(verdict.value);
-    const SocketAddress address(path);
-    if (!address.valid() || ::connect(fd, address.get(), SocketAddress::size) != 0) return -1;
+    if (auto* tape = replayer(); tape != nullptr) {
+        errno = tape->resultOf(Call::Connect, path);
+        if (errno != 0) return -1;
+    } else {
+        const SocketAddress address(path);
+        const bool connected = address.valid() && ::connect(fd, address.get(), SocketAddress::size) == 0;
+        if (auto* to = recorder()) to->ended(Call::Connect, path, connected);
+        if (!connected) return -1;
+    }
     Virtual::remember(fd, path);
     return 0;
 }
@@ -144,7 +177,8 @@ int accept(int fd, int flags) {
 
 int shutdown(int fd, int how) {
     const auto verdict = strike(Call::Shutdown, Virtual::pathOf(fd));
-    return verdict.instead ? static_cast<int>(verdict.value) : ::shutdown(fd, how);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    return replayer() != nullptr ? 0 : ::shutdown(fd, how);
 }
 
 }  // namespace Platform

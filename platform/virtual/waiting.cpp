@@ -6,16 +6,25 @@
 #include "platform/virtual/descriptors.h"
 #include "platform/virtual/instance.h"
 #include "platform/virtual/strike.h"
+#include "platform/virtual/tape/tape.h"
 
 namespace Platform {
 
 using Virtual::Call;
 using Virtual::Instance;
+using Virtual::recorder;
+using Virtual::replayer;
 using Virtual::strike;
 
 int poll(pollfd* fds, nfds_t count, int timeoutMs) {
     const auto verdict = strike(Call::Poll, count > 0 ? Virtual::pathOf(fds[0].fd) : "");
-    return verdict.instead ? static_cast<int>(verdict.value) : ::poll(fds, count, timeoutMs);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    // In a replay nothing else comes, so whoever polls may read: it finds what was read then.
+    if (replayer() != nullptr) {
+        for (nfds_t i = 0; i < count; ++i) fds[i].revents = fds[i].events;
+        return static_cast<int>(count);
+    }
+    return ::poll(fds, count, timeoutMs);
 }
 
 int epollCreate(int size) {
@@ -25,12 +34,25 @@ int epollCreate(int size) {
 
 int epollControl(int epollFd, int operation, int fd, epoll_event* event) {
     const auto verdict = strike(Call::EpollControl, Virtual::pathOf(fd));
-    return verdict.instead ? static_cast<int>(verdict.value) : ::epoll_ctl(epollFd, operation, fd, event);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    if (auto* tape = replayer()) {
+        tape->registerForWait(fd, operation == EPOLL_CTL_DEL ? nullptr : event);
+        return 0;
+    }
+    const int result = ::epoll_ctl(epollFd, operation, fd, event);
+    if (recorder() != nullptr && result == 0 && operation != EPOLL_CTL_DEL) Virtual::rememberData(fd, event->data.u64);
+    return result;
 }
 
 int epollWait(int epollFd, epoll_event* events, int maxEvents, int timeoutMs) {
     const auto verdict = strike(Call::EpollWait);
-    return verdict.instead ? static_cast<int>(verdict.value) : ::epoll_wait(epollFd, events, maxEvents, timeoutMs);
+    if (verdict.instead) return static_cast<int>(verdict.value);
+    if (auto* tape = replayer()) return tape->wait(events, maxEvents);
+    const int count = ::epoll_wait(epollFd, events, maxEvents, timeoutMs);
+    if (auto* to = recorder())
+        for (int i = 0; i < count; ++i)
+            to->waited(Virtual::pathByData(events[i].data.u64), events[i].events, count - 1 - i);
+    return count;
 }
 
 int schedYield() {
@@ -59,6 +81,8 @@ int timerDelete(timer_t timer) {
 }
 
 std::int64_t steadyNanoseconds() {
+    if (auto* to = recorder()) return to->time();
+    if (auto* tape = replayer()) return tape->time();
     const auto& block = Instance::current().control();
     if (block.clockHeld != 0) return block.heldTime;
     return Virtual::machineTime() + block.offset;
@@ -71,9 +95,15 @@ int sleepNanoseconds(std::int64_t duration, std::int64_t* remaining) {
         if (remaining != nullptr) *remaining = verdict.value == 0 ? 0 : duration;
         return static_cast<int>(verdict.value);
     }
+    if (auto* tape = replayer()) {
+        tape->slept(duration);
+        if (remaining != nullptr) *remaining = 0;
+        return 0;
+    }
     auto& block = Instance::current().control();
     if (block.clockHeld != 0) {
         block.heldTime += duration;
+        if (auto* to = recorder()) to->slept(duration);
         if (remaining != nullptr) *remaining = 0;
         return 0;
     }
@@ -81,7 +111,9 @@ int sleepNanoseconds(std::int64_t duration, std::int64_t* remaining) {
                              static_cast<long>(duration % 1'000'000'000)};
     timespec rest = {};
     const int result = ::nanosleep(&wanted, &rest);
-    if (remaining != nullptr) *remaining = std::int64_t{rest.tv_sec} * 1'000'000'000 + rest.tv_nsec;
+    const std::int64_t left = std::int64_t{rest.tv_sec} * 1'000'000'000 + rest.tv_nsec;
+    if (remaining != nullptr) *remaining = left;
+    if (auto* to = recorder()) to->slept(duration - left);
     return result;
 }
 

@@ -20,6 +20,7 @@
 #include "model/catalogue/constants.h"
 #include "unit/ctl/notices.h"
 #include "unit/ctl/problem.h"
+#include "unit/ctl/record/about.h"
 
 namespace Unit {
 
@@ -154,10 +155,25 @@ void Supervisor::startProduct() {
     auto& control = driver_->instance().control();
     control.permits = 0;
     control.resting = 0;
-    product_.start({});
+    beginProduct();
     productStarted_ = lastFrame_ = Clock::now();
     framesSeen_ = frames();
     if (options_.pacing == Pacing::Lockstep) awaitRest();
+}
+
+void Supervisor::beginProduct() {
+    const std::string& folder = options_.place.folder;
+    std::optional<RecordingToBegin> recording;
+    if (options_.record == Record::On)
+        recording.emplace(folder, aboutRecording(options_.programs + "/gui-virtual", options_.scene,
+                                                 options_.pacing == Pacing::Lockstep));
+    product_.start({});
+}
+
+std::optional<std::string> Supervisor::takeProductEnd() {
+    auto how = product_.takeEnd();
+    if (how && options_.record == Record::On) noteEnd(options_.place.folder, *how);
+    return how;
 }
 
 void Supervisor::awaitFirstPage() {
@@ -167,7 +183,7 @@ void Supervisor::awaitFirstPage() {
         fail("The product ", what, words.empty() ? "" : ": " + words, ". Its log is in ", log_.file(), ".");
     };
     for (unsigned frame = 0; log_.page().empty(); ++frame) {
-        if (const auto how = product_.takeEnd()) failure("ended " + *how + " before its first page");
+        if (const auto how = takeProductEnd()) failure("ended " + *how + " before its first page");
         if (stopSignal != 0) fail("Interrupted.");
         if (frame > framesToFirstPage && options_.pacing == Pacing::Lockstep) failure("shows no page");
         if (Clock::now() > end) failure("shows no page");
@@ -196,7 +212,7 @@ void Supervisor::awaitRest() {
         productStarted_ + startPatience > Clock::now() && log_.page().empty() ? startPatience : restPatience;
     const auto end = Clock::now() + patience;
     while (!driver_->awaitRest(20)) {
-        if (const auto how = product_.takeEnd()) {
+        if (const auto how = takeProductEnd()) {
             lastEnd_ = *how;
             const std::string words = product_.lastWords();
             fail("The product ended ", *how, words.empty() ? "" : ": " + words,
@@ -329,7 +345,7 @@ void Supervisor::watchServer() {
 }
 
 void Supervisor::watchProduct() {
-    if (const auto how = product_.takeEnd()) lastEnd_ = *how;
+    if (const auto how = takeProductEnd()) lastEnd_ = *how;
     if (product_.running()) return;
     const std::string words = product_.lastWords();
     report_("The product ended " + lastEnd_ + (words.empty() ? "." : ": " + words) + " It is started again.");

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/virtual/driver.h"
@@ -16,13 +17,15 @@ namespace Unit {
 
 enum class Pacing { Free, Lockstep };
 enum class ServerUse { Own, Foreign };
+enum class Record { On, Off };
 
 struct UnitOptions {
     Platform::Virtual::Place place;
     std::string scene;  ///< absolute path; empty for what the unit was left with (in lockstep: as from the factory)
     Pacing pacing = Pacing::Free;
     ServerUse server = ServerUse::Own;
-    std::string programs;  ///< folder of unit-server and gui-virtual
+    Record record = Record::On;  ///< what reaches the product, in the instance folder
+    std::string programs;        ///< folder of unit-server and gui-virtual
 };
 
 /// One running unit: starts the server and the product, holds display and clock in lockstep, starts again what ends,
@@ -66,6 +69,7 @@ class Supervisor {
     void startServer();
     void awaitServer();
     void startProduct();
+    void beginProduct();
     void awaitFirstPage();
     void awaitRest();
     bool serverAnswers(const std::string& line);
@@ -76,6 +80,7 @@ class Supervisor {
     std::string status() const;
     void watchServer();
     void watchProduct();
+    std::optional<std::string> takeProductEnd();
     void watchFrames();
     void shutDown();
     std::uint32_t frames() const;

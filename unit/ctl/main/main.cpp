@@ -8,6 +8,7 @@
 
 #include "unit/ctl/client.h"
 #include "unit/ctl/launch.h"
+#include "unit/ctl/main/insideverbs.h"
 #include "unit/ctl/nearest.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/scenefile.h"
@@ -23,6 +24,7 @@ struct Arguments {
     bool json = false;
     bool lockstep = false;
     bool noServer = false;
+    bool noRecording = false;
     bool problem = false;
     bool remove = false;
     std::string scene, name, value, file, glob, word, mask;
@@ -53,6 +55,7 @@ UnitOptions unitOptions(const Arguments& given) {
             .scene = given.scene.empty() ? "" : findScene(given.scene),
             .pacing = given.lockstep ? Pacing::Lockstep : Pacing::Free,
             .server = given.noServer ? ServerUse::Foreign : ServerUse::Own,
+            .record = given.noRecording ? Record::Off : Record::On,
             .programs = programFolder()};
 }
 
@@ -88,6 +91,9 @@ class CommandLine {
         addValueVerbs();
         addHandVerbs();
         addLookVerbs();
+        addInsideVerbs(app, {.place = [&given] { return placeOf(given.instance); },
+                             .named = [&given] { return !given.instance.empty(); },
+                             .json = [&given] { return given.json; }});
     }
 
     CLI::App app{"Starts, drives and looks into a virtual unit. Table cells are NAME[row].Field."};
@@ -144,6 +150,7 @@ void CommandLine::addUnitVerbs() {
         one->add_option("--scene", a.scene, "A scene file, or the name of one that comes with the unit");
         one->add_flag("--lockstep", a.lockstep, "Time passes by \"step\" and by input only");
         one->add_flag("--no-server", a.noServer, "Another server serves this unit");
+        one->add_flag("--no-recording", a.noRecording, "Write down nothing for unitctl record");
     }
     verb("stop", "End a unit", [](Client& c) { c.stop(); });
     verb("status", "What runs", [](Client& c) { c.status(); });
@@ -266,6 +273,8 @@ int main(int argc, char** argv) {
         return EXIT_SUCCESS;
     } catch (const CLI::Success& help) {
         return line.app.exit(help);
+    } catch (const CLI::RuntimeError& told) {
+        return told.get_exit_code();
     } catch (const CLI::ParseError& error) {
         complain(std::string(error.what()) + ". See: unitctl VERB --help");
         return exitUsage;

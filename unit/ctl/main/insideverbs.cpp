@@ -1,0 +1,66 @@
+#include "unit/ctl/main/insideverbs.h"
+
+#include <cstdio>
+#include <memory>
+
+#include "unit/ctl/problem.h"
+#include "unit/ctl/record/recording.h"
+#include "unit/ctl/record/verbs.h"
+
+namespace Unit {
+
+namespace {
+
+/// What the command line of these verbs says. It lives as long as the callbacks do.
+struct Given {
+    Chosen chosen;
+    std::string file, out;
+    bool earlier = false;
+    ReplayRequest replay;
+    std::uint64_t until = 0;
+};
+
+CLI::App* add(CLI::App& app, const char* name, const char* help, std::function<void()> action) {
+    CLI::App* made = app.add_subcommand(name, help);
+    made->callback(std::move(action));
+    return made;
+}
+
+/// A verb's own failure, which it has told on stdout.
+void requireSuccess(bool good) {
+    if (!good) throw CLI::RuntimeError(EXIT_FAILURE);
+}
+
+void addRecordVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
+    auto* record = add(app, "record", "Save all that has reached the product since its start", [given] {
+        const auto told =
+            saveRecording(given->chosen.place().folder, given->earlier ? Run::Earlier : Run::Current, given->file);
+        if (given->chosen.json())
+            std::printf("{\"recorded\":true}\n");
+        else
+            std::printf("%s\n", told.c_str());
+    });
+    record->add_option("file", given->file)->required();
+    record->add_flag("--earlier", given->earlier, "Of the product that ran before this one, and ended");
+
+    auto* replay = add(app, "replay", "Play a recording to the product and compare what it shows", [given] {
+        given->replay.json = given->chosen.json();
+        requireSuccess(replayVerb(given->replay));
+    });
+    replay->add_option("file", given->replay.file)->required();
+    replay->add_flag("--check", given->replay.check, "End at the first frame that is not as recorded, with status 1");
+    replay->add_option("--program", given->replay.program, "Another build of gui-virtual");
+    replay->add_option("--until", given->replay.until, "The last frame to play");
+    replay->add_option("--shot", given->replay.shot, "Write the last picture to this PNG file");
+    replay->add_option("--pictures", given->replay.pictures, "Folder for the pictures of a difference");
+}
+
+}  // namespace
+
+void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
+    const auto given = std::make_shared<Given>();
+    given->chosen = chosen;
+    addRecordVerbs(app, given);
+}
+
+}  // namespace Unit

@@ -1,0 +1,140 @@
+#include "unit/ctl/record/replay.h"
+
+#include <signal.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "platform/virtual/tape/replayer.h"
+#include "unit/ctl/childprocess.h"
+#include "unit/ctl/problem.h"
+
+namespace Unit {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using Platform::Virtual::OnDifference;
+using Platform::Virtual::Replayer;
+
+namespace {
+
+constexpr auto patience = 20s;  // for one frame
+
+/// A variable of the environment that is another one for a while.
+class Setting {
+  public:
+    Setting(const char* name, const std::string& value) : name_(name) {
+        if (const char* now = std::getenv(name)) before_ = now;
+        set(value);
+    }
+    ~Setting() { set(before_); }
+    Setting(const Setting&) = delete;
+    Setting& operator=(const Setting&) = delete;
+
+  private:
+    void set(const std::string& value) const {
+        if (value.empty())
+            ::unsetenv(name_);
+        else
+            ::setenv(name_, value.c_str(), 1);
+    }
+
+    const char* name_;
+    std::string before_;
+};
+
+}  // namespace
+
+bool ReplayOutcome::asRecorded(const Recording& recording) const {
+    if (difference || hangs) return false;
+    return ended.empty() || ended == recording.end();
+}
+
+struct Replay::Running {
+    Running(const ReplayOptions& options)
+        : driver(options.place), product(options.gui, options.place.folder + "/product.out") {}
+
+    Platform::Virtual::Driver driver;
+    ChildProcess product;
+};
+
+Replay::Replay(ReplayOptions options) : options_(std::move(options)) {
+    running_ = std::make_unique<Running>(options_);
+}
+
+Replay::~Replay() {
+    running_->product.signal(SIGKILL);  // it waits for a frame that does not come
+    running_->product.end();
+    running_->driver.instance().removeNames();
+}
+
+const Platform::Virtual::Driver& Replay::driver() const {
+    return running_->driver;
+}
+
+std::string Replay::file(const char* name) const {
+    return options_.place.folder + "/" + name;
+}
+
+ReplayOutcome Replay::run(const Recording& recording) {
+    const auto begun = Clock::now();
+    auto& [driver, product] = *running_;
+    driver.holdVsync();
+    auto& control = driver.instance().control();
+    control.permits = 0;
+    control.resting = 0;
+    const auto waits = [&] { return std::uint64_t{driver.pans()} + driver.vsyncWaits(); };
+    const std::uint64_t before = waits();
+    {
+        const std::string& folder = options_.place.folder;
+        const Setting name("TERN_INSTANCE", options_.place.name), place("TERN_INSTANCE_DIR", folder);
+        const Setting file("TERN_REPLAY", std::filesystem::absolute(recording.file()).string());
+        const Setting stop("TERN_REPLAY_STOP", options_.onDifference == OnDifference::Stop ? "1" : "");
+        const Setting zone("TZ", recording.tape().value("zone"));
+        const Setting faults("TERN_FAULTS", recording.tape().value("faults"));
+        product.start({});
+    }
+    // One step more than there are frames: with it the product finds the end and leaves.
+    driver.step(static_cast<unsigned>(options_.until.value_or(recording.frames() + 1)));
+    ReplayOutcome outcome;
+    std::uint64_t seen = 0;
+    for (auto lastFrame = Clock::now();;) {
+        if (driver.awaitRest(20)) break;
+        if (const auto end = product.takeEnd()) {
+            if (*end != "with status 0") outcome.ended = *end;
+            break;
+        }
+        if (const std::uint64_t now = waits(); now != seen) {
+            seen = now;
+            lastFrame = Clock::now();
+        }
+        outcome.hangs = Clock::now() - lastFrame > patience;
+        if (outcome.hangs) break;
+    }
+    outcome.frames = waits() - before;
+    if (outcome.frames > 0) --outcome.frames;  // the first wait ends frame 0
+    if (!outcome.ended.empty()) outcome.words = product.lastWords();
+    outcome.seconds = std::chrono::duration<double>(Clock::now() - begun).count();
+    readResult(outcome);
+    return outcome;
+}
+
+void Replay::readResult(ReplayOutcome& outcome) const {
+    std::ifstream in(file(Replayer::resultFile));
+    for (std::string key; in >> key;) {
+        std::string rest;
+        if (key == "difference") {
+            std::uint64_t frame = 0;
+            in >> frame >> rest;
+            outcome.difference = frame;
+            outcome.otherPicture = rest == "picture";
+        } else {
+            in >> rest;
+        }
+    }
+}
+
+}  // namespace Unit

@@ -1,0 +1,95 @@
+#include "unit/ctl/record/verbs.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "unit/ctl/launch.h"
+#include "unit/ctl/problem.h"
+#include "unit/ctl/productlog.h"
+#include "unit/ctl/record/differencepictures.h"
+#include "unit/ctl/record/replay.h"
+#include "unit/ctl/record/scratchunit.h"
+#include "unit/ctl/scenefile.h"
+
+namespace Unit {
+
+namespace {
+
+using nlohmann::json;
+
+void warn(const std::string& text) {
+    std::fprintf(stderr, "unitctl: %s\n", text.c_str());
+}
+
+std::string describeEnd(const ReplayOutcome& outcome, const Recording& recording) {
+    const std::string frame = std::to_string(outcome.frames + 1);
+    if (outcome.hangs) return "The product hangs in frame " + frame + ".";
+    if (outcome.ended.empty()) return "";
+    const bool same = outcome.ended == recording.end();
+    return "The product ended " + outcome.ended + " in frame " + frame +
+           (same ? ", as it was recorded" : ", other than it was recorded") +
+           (outcome.words.empty() ? "." : ": " + outcome.words);
+}
+
+std::string describeDifference(const ReplayOutcome& outcome) {
+    if (!outcome.difference) return "";
+    return "Frame " + std::to_string(*outcome.difference) +
+           (outcome.otherPicture ? " shows another picture than was recorded."
+                                 : " sends other notices to the server than were recorded.");
+}
+
+}  // namespace
+
+bool replayVerb(const ReplayRequest& request) {
+    const Recording recording(request.file);
+    for (const auto& warning : recording.warnings()) warn(warning);
+    const std::string gui = request.program.empty() ? programFolder() + "/gui-virtual" : request.program;
+    if (::access(gui.c_str(), X_OK) != 0) throw Problem("The program " + gui + " is missing. Build it first.");
+    if (recording.program(gui) == Program::Other)
+        warn(request.file + " was recorded with another build of the product. Pictures may rightly differ.");
+    if (request.until && *request.until > recording.frames())
+        throw Problem("The recording ends with frame " + std::to_string(recording.frames()) + ".");
+
+    const ScratchUnit unit("replay");
+    Replay replay({.gui = gui,
+                   .place = unit.place(),
+                   .until = request.until,
+                   .onDifference =
+                       request.check ? Platform::Virtual::OnDifference::Stop : Platform::Virtual::OnDifference::GoOn});
+    const ReplayOutcome outcome = replay.run(recording);
+    if (!request.shot.empty()) writePicture(replay.driver(), request.shot);
+
+    json answer = {{"frames", outcome.frames},
+                   {"recorded", recording.frames()},
+                   {"seconds", outcome.seconds},
+                   {"page", ProductLog(unit.place().folder).page()},
+                   {"same", outcome.asRecorded(recording)}};
+    std::string text = describeEnd(outcome, recording);
+    const auto line = [&](const std::string& more) { text += (text.empty() || more.empty() ? "" : "\n") + more; };
+    if (outcome.difference) {
+        answer["difference"] = *outcome.difference;
+        line(describeDifference(outcome));
+        if (outcome.otherPicture) {
+            const auto pictures = saveDifference(replay, *outcome.difference, request.pictures);
+            answer["pictures"] = pictures.files;
+            for (const auto& file : pictures.files) line("  " + file);
+            line(pictures.remark);
+        }
+    }
+    if (!outcome.ended.empty()) answer["ended"] = outcome.ended;
+    char summary[160];
+    std::snprintf(summary, sizeof summary,
+                  "%llu frames of %llu in %.2f s (%.0f times as fast as they were recorded), %s.",
+                  static_cast<unsigned long long>(outcome.frames), static_cast<unsigned long long>(recording.frames()),
+                  outcome.seconds,
+                  static_cast<double>(recording.duration()) / 1e9 * static_cast<double>(outcome.frames) /
+                      static_cast<double>(std::max<std::uint64_t>(recording.frames(), 1)) / outcome.seconds,
+                  outcome.asRecorded(recording) ? "all as recorded" : "not as recorded");
+    line(summary);
+    std::printf("%s\n", request.json ? answer.dump().c_str() : text.c_str());
+    return !request.check || outcome.asRecorded(recording);
+}
+
+}  // namespace Unit

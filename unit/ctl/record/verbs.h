@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "platform/virtual/instance.h"
+#include "unit/ctl/record/recording.h"
+
+namespace Unit {
+
+struct ReplayRequest {
+    std::string file;
+    bool check = false;                  ///< end at the first difference, and call it a failure
+    std::optional<std::uint64_t> until;  ///< the last frame
+    std::string program;                 ///< to play it to; empty for the one beside this program
+    std::string shot;                    ///< PNG file for the last picture; empty for none
+    std::string pictures;                ///< folder for the pictures of a difference
+    bool json = false;
+};
+
+/// Prints what came of it. False when a check has found something. Throws Problem.
+bool replayVerb(const ReplayRequest& request);
+
+}  // namespace Unit
