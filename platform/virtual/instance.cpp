@@ -211,8 +211,11 @@ void Instance::removeNames() const {
     std::error_code ignored;
     const std::string start = prefix_.substr(1);
     for (const auto& entry : fs::directory_iterator("/dev/shm", ignored)) {
-        const std::string name = entry.path().filename().string();
-        if (name.starts_with(start) || name.starts_with("sem." + start)) fs::remove(entry.path(), ignored);
+        std::string name = entry.path().filename().string();
+        if (name.starts_with("sem.")) name.erase(0, 4);
+        // Another point, and it is of an instance whose own name has one.
+        if (name.starts_with(start) && name.find('.', start.size()) == std::string::npos)
+            fs::remove(entry.path(), ignored);
     }
 }
 

@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -62,7 +64,9 @@ std::string TestUnit::folder() const {
 
 Outcome TestUnit::ctl(std::vector<std::string> words) const {
     words.insert(words.begin(), TERN_BINARY_DIR "/bin/unitctl");
-    words.insert(words.end(), {"--instance", name_});
+    // Before or behind the verb; nothing but words may stand behind "--".
+    const bool behind = std::ranges::find(words, "--") == words.end();
+    words.insert(behind ? words.end() : words.begin() + 1, {"--instance", name_});
     return runProgram(words);
 }
 
@@ -71,6 +75,20 @@ std::string TestUnit::say(const std::vector<std::string>& words) const {
     EXPECT_EQ(outcome.status, 0) << words.front() << ": " << outcome.errors;
     if (outcome.out.ends_with('\n')) outcome.out.pop_back();
     return outcome.out;
+}
+
+pid_t TestUnit::startServer() const {
+    const pid_t child = ::fork();
+    if (child != 0) return child;
+    ::setenv("TERN_INSTANCE", name_.c_str(), 1);
+    ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO);
+    ::execl(TERN_BINARY_DIR "/bin/unit-server", "unit-server", nullptr);
+    ::_exit(127);
+}
+
+void endProcess(pid_t process, int signal) {
+    ::kill(process, signal);
+    ::waitpid(process, nullptr, 0);
 }
 
 std::vector<std::string> TestUnit::sharedObjects() const {

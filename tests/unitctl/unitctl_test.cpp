@@ -68,6 +68,19 @@ TEST_F(Lockstep, ValuesGoInAndOut) {
     EXPECT_TRUE(std::filesystem::exists(unit.temporary("usr/share/qz-boot-logo.png"))) << "the unit has its boot logo";
 }
 
+TEST_F(Lockstep, EveryTextAndFloatComesBackAsItWentIn) {
+    for (const std::string text : {"", "  a b", "a\nb", "\"A\"", "-1", "\xe2\x88\x9e"}) {
+        EXPECT_EQ(unit.say({"set", "VarUserButton4_Name", "--", text}), "");
+        EXPECT_EQ(unit.say({"get", "VarUserButton4_Name"}), text);
+    }
+    for (const std::string number : {"0.1", "16777216", "1e-42", "-3.4028235e+38", "inf"}) {
+        unit.say({"set", "VarCamWhiteBalanceTintAct", "--", number});
+        EXPECT_EQ(unit.say({"get", "VarCamWhiteBalanceTintAct"}), number);
+    }
+    unit.say({"set", "VarKnobAssignmentFlags", "0f01"});
+    EXPECT_EQ(unit.say({"get", "VarKnobAssignmentFlags"}), "0f01");
+}
+
 TEST_F(Lockstep, NamesAndValuesThatCannotBeAreRefused) {
     expectRefused(unit.ctl({"get", "VarKnobLok"}), "Did you mean VarKnobLock?");
     expectRefused(unit.ctl({"set", "VarKnobLock", "7"}), "A flag is 0 or 1");
@@ -80,6 +93,12 @@ TEST_F(Lockstep, NamesAndValuesThatCannotBeAreRefused) {
     expectRefused(unit.ctl({"pinch", "10", "200", "20", "200"}), "off the display");
     expectRefused(unit.ctl({"joystick", "0", "-1.5"}), "from -1 to 1");
     expectRefused(unit.ctl({"send", "4"}), "There is no notice");
+    expectRefused(unit.ctl({"send", "VarKnobLock"}), "named after its variable");
+    expectRefused(unit.ctl({"set", "VarCamWhiteBalanceTintAct", "1e39"}), "32 bits");
+    expectRefused(unit.ctl({"watch", "VarKnobLok"}), "Did you mean VarKnobLock?");
+    expectRefused(unit.ctl({"do", "hands", "knob", "2"}), "from 0.0 to 1.0");
+    expectRefused(unit.ctl({"hostile", "split", "x"}), "no number");
+    expectRefused(unit.ctl({"log", "-n", "-1"}), "See: unitctl log --help");
     expectRefused(unit.ctl({"trace", "drow", "1"}), "no trace word");
     expectRefused(unit.ctl({"step", "0"}), "not in range 1 to");
     expectRefused(unit.ctl({"touhc", "1", "1"}), "Did you mean touch?");
@@ -127,20 +146,48 @@ TEST_F(Lockstep, AProductThatDiesIsStartedAgain) {
     EXPECT_EQ(unit.say({"step", "5"}), "");
 }
 
-TEST(Unitctl, TheSameInputGivesTheSamePixels) {
-    std::string pictures[2];
-    for (auto& picture : pictures) {
-        TestUnit unit;
-        unit.say({"start", "--lockstep"});
-        unit.say({"press", "lm"});
-        unit.say({"drag", "120", "300", "120", "100"});
-        unit.say({"joystick", "0", "-1", "--ms", "300"});
-        unit.say({"step", "20"});
-        unit.say({"shot", unit.temporary("a.png").string()});
-        picture = fileText(unit.temporary("a.png"));
+TEST(Unitctl, TheSameInputGivesTheSamePixelsAndNoticesInUnitsSideBySide) {
+    TestUnit units[2];
+    std::string pictures[2], journals[2];
+    for (const auto& unit : units) unit.say({"start", "--lockstep", "--scene", "camera-recording"});
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"press", "lm"},
+                                                  {"drag", "120", "300", "120", "100"},
+                                                  {"do", "hands", "knob", "0.3"},
+                                                  {"press", "page"},
+                                                  {"joystick", "0", "-1", "--ms", "300"},
+                                                  {"step", "60"}})
+        for (const auto& unit : units) unit.say(words);
+    for (int i = 0; i < 2; ++i) {
+        const auto file = units[i].temporary("a.png");
+        units[i].say({"shot", file.string()});
+        pictures[i] = fileText(file);
+        journals[i] = units[i].say({"journal"});
     }
     EXPECT_THAT(pictures[0], StartsWith("\x89PNG"));
     EXPECT_EQ(pictures[0], pictures[1]);
+    EXPECT_THAT(journals[0], HasSubstr("Changed"));
+    EXPECT_EQ(journals[0], journals[1]);
+}
+
+TEST(Unitctl, AServerThatRunsAlreadyKeepsItsAreas) {
+    TestUnit unit;
+    ASSERT_EQ(unit.say({"start"}), "");
+    const auto status = json::parse(unit.say({"status", "--json"}));
+    ::kill(status.at("supervisor").get<pid_t>(), SIGKILL);
+    EXPECT_TRUE(aliveSoon([&] { return unit.sharedObjects().empty(); })) << "the server outlives its supervisor";
+
+    const pid_t server = unit.startServer();
+    ASSERT_TRUE(aliveSoon([&] { return unit.sharedObjects().size() == 24; }));
+    expectRefused(unit.ctl({"start"}), "--no-server");
+    EXPECT_EQ(unit.sharedObjects().size(), 24U);
+    ASSERT_EQ(unit.say({"start", "--no-server"}), "");
+    EXPECT_EQ(unit.say({"set", "VarKnobLock", "1"}), "");
+    EXPECT_EQ(unit.say({"stop"}), "");
+    EXPECT_EQ(unit.sharedObjects().size(), 24U);
+    endProcess(server, SIGKILL);
+    expectRefused(unit.ctl({"stop"}), "No unit");
+    EXPECT_THAT(unit.sharedObjects(), IsEmpty()) << "what a killed server left is not taken away";
+    expectRefused(unit.ctl({"start", "--no-server"}), "No server");
 }
 
 TEST(Unitctl, WithoutAUnitEachVerbSaysHowToStartOne) {
@@ -171,6 +218,19 @@ TEST(Unitctl, ASceneThatIsWrongKeepsTheUnitFromStarting) {
     std::filesystem::remove(file);
 }
 
+TEST(Unitctl, BashCompletesVerbsNamesKeysAndScenes) {
+    const auto complete = [](const std::string& words, int at) {
+        const std::string script =
+            "source " TERN_SOURCE_DIR "/unit/ctl/completion.bash; COMP_WORDS=(" TERN_BINARY_DIR "/bin/unitctl " +
+            words + "); COMP_CWORD=" + std::to_string(at) + "; _unitctl; echo \"${COMPREPLY[*]}\"";
+        return runProgram({"/bin/bash", "-c", script}).out;
+    };
+    EXPECT_EQ(complete("jo", 1), "journal joystick\n");
+    EXPECT_EQ(complete("--instance x press us", 4), "user1 user2 user3\n");
+    EXPECT_EQ(complete("get --json VarKnobLo", 3), "VarKnobLock\n");
+    EXPECT_EQ(complete("start --scene zo", 3), "zoom-feet-marks\n");
+}
+
 TEST(Unitctl, AProductThatHangsInFreeRunIsKilledAndStartedAgain) {
     TestUnit unit;
     ASSERT_EQ(unit.say({"start"}), "");
@@ -186,6 +246,7 @@ TEST(Unitctl, APictureOfTheFirstPageNeedsNothingElse) {
     const Outcome outcome = runProgram({TERN_BINARY_DIR "/bin/unitctl", "run", "--shot", file});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_THAT(fileText(file), StartsWith("\x89PNG"));
+    EXPECT_GT(fileText(file).size(), 2000U) << "an empty screen";
     std::filesystem::remove(file);
     for (const auto& entry : std::filesystem::directory_iterator("/dev/shm"))
         EXPECT_THAT(entry.path().filename().string(), Not(HasSubstr("-shot-" + std::to_string(::getpid()))));

@@ -18,9 +18,10 @@ namespace Unit {
 
 namespace {
 
-[[noreturn]] void become(const char* program, char* const* arguments, const char* output, pid_t parent) {
+[[noreturn]] void become(const char* program, char* const* arguments, const char* output, pid_t parent,
+                         int whenOrphaned) {
     ::setpgid(0, 0);
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    ::prctl(PR_SET_PDEATHSIG, whenOrphaned);
     if (::getppid() != parent) ::_exit(1);
     sigset_t none;
     ::sigemptyset(&none);
@@ -54,7 +55,7 @@ void ChildProcess::start(const std::vector<std::string>& arguments) {
     const pid_t parent = ::getpid();
     std::fflush(nullptr);
     pid_ = ::fork();
-    if (pid_ == 0) become(program_.c_str(), argv.data(), output_.c_str(), parent);
+    if (pid_ == 0) become(program_.c_str(), argv.data(), output_.c_str(), parent, whenOrphaned_);
     if (pid_ < 0) throw Problem(program_ + " cannot be started: " + std::strerror(errno));
 }
 

@@ -8,12 +8,14 @@
 
 namespace Unit {
 
-/// A program that this process starts, watches and ends. It gets SIGTERM when this process dies, and has a process
+/// A program that this process starts, watches and ends. It gets a signal when this process dies, and has a process
 /// group of its own, so that a Ctrl-C at the terminal reaches this process alone.
 class ChildProcess {
   public:
-    /// `output`: the file that its stdout and stderr go to, made anew at each start.
-    ChildProcess(std::string program, std::string output) : program_(std::move(program)), output_(std::move(output)) {}
+    /// `output`: the file that its stdout and stderr go to, made anew at each start. `whenOrphaned`: SIGTERM for a
+    /// program that has something to take away, SIGKILL for one that may hang.
+    ChildProcess(std::string program, std::string output, int whenOrphaned)
+        : program_(std::move(program)), output_(std::move(output)), whenOrphaned_(whenOrphaned) {}
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -34,6 +36,7 @@ class ChildProcess {
   private:
     std::string program_;
     std::string output_;
+    int whenOrphaned_;
     pid_t pid_ = -1;
 };
 

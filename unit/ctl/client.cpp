@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "unit/ctl/launch.h"
+#include "unit/ctl/nearest.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/productlog.h"
 #include "unit/ctl/scenefile.h"
@@ -47,9 +48,31 @@ json limitOf(const Catalogue::Limit& limit) {
     return limit.form == Catalogue::Limit::Form::Fixed ? json(limit.value) : json();
 }
 
+std::string rowsText(std::size_t rows) {
+    return rows == 1 ? "[0]" : "[0-" + std::to_string(rows - 1) + "]";
+}
+
+/// A glob that nothing can match is a slip of the finger.
+void requireMatch(const std::string& glob) {
+    const auto named = [&](const auto& one) { return matches(glob, one.name); };
+    if (std::ranges::any_of(Catalogue::values, named) || std::ranges::any_of(Catalogue::tables, named)) return;
+    throw Problem("No name matches \"" + glob + "\"." + didYouMean(glob) + " See all of them: unitctl list");
+}
+
 std::string messageName(std::size_t id) {
     const char* name = id < Catalogue::messages.size() ? Catalogue::messages[id].name : nullptr;
     return name != nullptr ? name : "";
+}
+
+/// What a module's setting can be put to, in a few words.
+std::string takes(const json& described) {
+    const std::string kind = described.at("kind");
+    if (kind == "flag") return "true or false";
+    if (kind == "number") return described.at("minimum").dump() + " to " + described.at("maximum").dump();
+    if (kind != "choice") return "a text";
+    std::string all;
+    for (const auto& choice : described.at("choices")) all += (all.empty() ? "" : ", ") + choice.get<std::string>();
+    return all;
 }
 
 }  // namespace
@@ -95,7 +118,17 @@ std::string Client::askServer(const std::string& request) {
     return connection.ask(request);
 }
 
+/// Of a unit whose processes have all been killed.
+void Client::clearLeftovers() {
+    LockFile lock;
+    if (!std::filesystem::exists(place_.folder) || !lock.take(Supervisor::lockPath(place_.folder))) return;
+    if (LockFile::isHeld(Supervisor::serverLockPath(place_.folder))) return;
+    const Platform::Virtual::Instance instance(place_);
+    instance.removeNames();
+}
+
 void Client::stop() {
+    clearLeftovers();
     askSupervisor("stop", 30'000);
     print("", {{"stopped", place_.name}});
 }
@@ -141,7 +174,7 @@ void Client::list(const std::string& glob) const {
     }
     for (const auto& table : Catalogue::tables)
         for (const auto& field : table.fields)
-            add(std::string(table.name) + "[0-" + std::to_string(table.rows - 1) + "]." + field.name,
+            add(table.name + rowsText(table.rows) + "." + field.name,
                 {{"name", std::string(table.name) + "[]." + field.name},
                  {"kind", kindName(field.kind)},
                  {"id", table.id},
@@ -183,17 +216,18 @@ void Client::write(const Cell& cell, const std::string& name, const std::string&
     std::ranges::copy(*bytes, memory().store().bytes(cell).begin());
 }
 
+/// As if the value came from the server.
+void Client::announce(std::uint32_t id) {
+    if (hasServer())
+        askServer("send " + std::to_string(id));
+    else
+        sendNotice(driver().instance(), id);
+}
+
 void Client::set(const std::string& name, const std::string& value) {
     const Cell cell = find(name);
-    std::string problem;
-    if (!Store::parse(cell, value, problem)) throw Problem(name + ": " + problem);
-    requireUnit();
-    if (hasServer()) {
-        askServer("set " + name + " " + value);
-    } else {
-        write(cell, name, value);
-        sendNotice(driver().instance(), cell.id);
-    }
+    write(cell, name, value);
+    announce(cell.id);
     if (output_ == Output::Json) print("", describe(memory().store(), cell, name));
 }
 
@@ -209,10 +243,7 @@ void Client::send(std::uint32_t id) {
         throw Problem("There is no notice " + std::to_string(id) + "; they go from " + std::to_string(firstNotice) +
                       " to " + std::to_string(Catalogue::messages.size() - 1) + ".");
     requireUnit();
-    if (hasServer())
-        askServer("send " + std::to_string(id));
-    else
-        sendNotice(driver().instance(), id);
+    announce(id);
     print("", {{"id", id}, {"name", messageName(id)}});
 }
 
@@ -234,6 +265,7 @@ void Client::peek(const std::string& area, std::size_t offset, std::size_t lengt
 }
 
 void Client::watch(const std::string& glob) {
+    requireMatch(glob);
     requireUnit();
     LineConnection connection;
     if (!connection.connect(Supervisor::serverSocketPath(place_.folder)))
@@ -275,6 +307,38 @@ void Client::subscriptions() {
     std::string text;
     for (const auto& id : ids) text += (text.empty() ? "" : "\n") + id.dump();
     print(text, ids);
+}
+
+// What people do to the hardware, and what the server does to the product.
+
+void Client::configure(const std::string& module, const std::string& setting, const std::string& value) {
+    askServer("do " + module + " " + setting + " " + value);
+    print("", {{"module", module}, {"setting", setting}, {"value", value}});
+}
+
+void Client::settings(const std::string& module) {
+    const json all = json::parse(askServer("settings"));
+    if (!module.empty() && !all.contains(module)) {
+        std::vector<std::string> names;
+        for (const auto& [name, ignored] : all.items()) names.push_back(name);
+        throw Problem("There is no module \"" + module + "\"." + suggestion(module, names) +
+                      " See them: unitctl settings");
+    }
+    std::string text;
+    for (const auto& [name, settings] : all.items()) {
+        if (!module.empty() && module != name) continue;
+        for (const auto& [setting, described] : settings.items())
+            text += (text.empty() ? "" : "\n") + name + " " + setting + " " + described.at("value").dump() + " (" +
+                    takes(described) + ")";
+    }
+    print(text, module.empty() ? all : all.at(module));
+}
+
+void Client::hostile(const std::vector<std::string>& mode) {
+    std::string request = "hostile";
+    for (const auto& word : mode) request += " " + word;
+    askServer(request);
+    print("", {{"hostile", mode}});
 }
 
 // What the product shows and says.

@@ -38,6 +38,10 @@ class Client {
     void subscriptions();
 
     void key(const std::string& name, bool down);
+    void configure(const std::string& module, const std::string& setting, const std::string& value);
+    /// Of one module, or of all when `module` is empty.
+    void settings(const std::string& module);
+    void hostile(const std::vector<std::string>& mode);
     void press(const std::string& key, unsigned milliseconds);
     void touch(TouchPoint point, unsigned milliseconds);
     void drag(TouchPoint from, TouchPoint to, unsigned milliseconds);
@@ -66,6 +70,8 @@ class Client {
     InputDevices& devices();
     Cell find(const std::string& name) const;
     void write(const Cell& cell, const std::string& name, const std::string& value);
+    void announce(std::uint32_t id);
+    void clearLeftovers();
     void print(const std::string& text, const nlohmann::json& json) const;
     void checkPoint(TouchPoint point);
     void runFrames(unsigned milliseconds, unsigned least, const std::function<void(unsigned, unsigned)>& before);

@@ -1,10 +1,9 @@
 #include "unit/ctl/supervisor.h"
 
 #include <errno.h>
-#include <fcntl.h>
 #include <poll.h>
+#include <semaphore.h>
 #include <signal.h>
-#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -16,6 +15,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <thread>
+#include <utility>
 
 #include "model/catalogue/constants.h"
 #include "unit/ctl/notices.h"
@@ -35,6 +35,7 @@ constexpr auto restPatience = 5s;
 constexpr auto framePatience = 5s;
 constexpr auto restartPause = 1s;
 constexpr unsigned framesToFirstPage = 600;
+constexpr unsigned framesToSettle = 20;
 constexpr unsigned longestStep = 100'000;
 constexpr int clientPatience = 1000;  // ms
 
@@ -62,8 +63,8 @@ Supervisor::Supervisor(UnitOptions options, Report report)
     : options_(std::move(options)),
       report_(std::move(report)),
       log_(options_.place.folder),
-      server_(options_.programs + "/unit-server", options_.place.folder + "/server.out"),
-      product_(options_.programs + "/gui-virtual", options_.place.folder + "/product.out") {
+      server_(options_.programs + "/unit-server", options_.place.folder + "/server.out", SIGTERM),
+      product_(options_.programs + "/gui-virtual", options_.place.folder + "/product.out", SIGKILL) {
     for (const char* program : {"/unit-server", "/gui-virtual"})
         if (::access((options_.programs + program).c_str(), X_OK) != 0)
             fail("The program ", options_.programs, program, " is missing. Build it first.");
@@ -76,20 +77,34 @@ Supervisor::Supervisor(UnitOptions options, Report report)
 Supervisor::~Supervisor() {
     shutDown();
     // The client of "stop" waits for this: by now the name is free again.
-    if (lock_ >= 0) ::close(lock_);
+    lock_.release();
     if (stopClient_ >= 0) ::close(stopClient_);
 }
 
 void Supervisor::takeLock() {
-    const std::string file = options_.place.folder + "/unitctl.lock";
-    lock_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) == 0) return;
+    if (lock_.take(lockPath(options_.place.folder))) return;
     const std::string& name = options_.place.name;
     fail("A unit \"", name, "\" runs already. Stop it (unitctl stop --instance ", name,
          ") or choose another name (--instance NAME).");
 }
 
+/// Whoever serves the unit already must not lose its areas to us.
+void Supervisor::checkServer() const {
+    const std::string& name = options_.place.name;
+    if (options_.server == ServerUse::Own) {
+        if (!LockFile::isHeld(serverLockPath(options_.place.folder))) return;
+        fail("A server of the unit \"", name, "\" runs already. Use it (--no-server), or end it first.");
+    }
+    char gate[Platform::Virtual::Instance::nameLimit];
+    if (driver_->instance().mapName("/message-broker-ready", gate) == nullptr) fail("The name ", name, " is too long.");
+    sem_t* semaphore = ::sem_open(gate, 0);
+    if (semaphore == SEM_FAILED)
+        fail("No server serves the unit \"", name, "\". Start it first, or leave --no-server out.");
+    ::sem_close(semaphore);
+}
+
 void Supervisor::start() {
+    checkServer();
     prepareInstance();
     listen();
     if (options_.server == ServerUse::Own) startServer();
@@ -103,7 +118,9 @@ void Supervisor::prepareInstance() {
     log_.clear();
     Notices(options_.place.folder).clear();
     auto& instance = driver_->instance();
-    if (options_.server == ServerUse::Own) instance.removeNames();
+    ours_ = options_.server == ServerUse::Own;
+    if (ours_) instance.removeNames();
+    framesBefore_ = frames();
     const auto& screen = instance.control().screen;
     instance.setScreen(screen.xres, screen.yres, screen.bits_per_pixel);
     installBootLogo();
@@ -130,12 +147,15 @@ void Supervisor::startServer() {
     std::string scene = options_.scene;
     if (options_.pacing == Pacing::Lockstep) {
         arguments.push_back("--lockstep");
-        if (scene.empty()) {
+        if (scene.empty() && options_.hardware.empty()) {
             scene = options_.place.folder + "/factory.json";
             std::ofstream(scene) << "{}\n";
         }
     }
-    if (!scene.empty()) arguments.insert(arguments.end(), {"--scene", scene});
+    if (!scene.empty())
+        arguments.insert(arguments.end(), {"--scene", scene});
+    else if (!options_.hardware.empty())
+        arguments.insert(arguments.end(), {"--hardware", options_.hardware});
     server_.start(arguments);
     awaitServer();
 }
@@ -192,10 +212,21 @@ void Supervisor::awaitFirstPage() {
         else
             std::this_thread::sleep_for(10ms);
     }
-    // The line is written before the page is drawn.
+    settle();
+}
+
+// The first page may hand over to the next at once; the line in the log is written before the page is drawn.
+void Supervisor::settle() {
+    if (options_.pacing == Pacing::Lockstep) {
+        std::uint32_t pans = 0;
+        for (unsigned frame = 0; frame < framesToSettle && std::exchange(pans, driver_->pans()) != driver_->pans();
+             ++frame)
+            stepFrame();
+        return;
+    }
+    const auto end = Clock::now() + restPatience;
     const std::uint32_t logged = frames();
-    while (options_.pacing == Pacing::Free && frames() - logged < 2 && Clock::now() < end)
-        std::this_thread::sleep_for(5ms);
+    while (frames() - logged < 3 && Clock::now() < end) std::this_thread::sleep_for(5ms);
 }
 
 /// Whether there is a server to ask and it did what it was asked.
@@ -318,7 +349,7 @@ std::string Supervisor::status() const {
                                    {"product", product_.running() ? product_.pid() : 0},
                                    {"restarts", restarts_},
                                    {"lastEnd", lastEnd_},
-                                   {"frames", frames()},
+                                   {"frames", frames() - framesBefore_},
                                    {"time", driver_->time()},
                                    {"page", log_.page()}};
     return answer.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
@@ -335,7 +366,8 @@ void Supervisor::watchServer() {
     serverControl_.close();
     std::this_thread::sleep_for(restartPause);
     driver_->instance().removeNames();
-    options_.scene.clear();
+    // What was connected still is; what was set has been saved.
+    if (!options_.scene.empty()) options_.hardware = std::exchange(options_.scene, "");
     startServer();
     // What the product has mapped is the old server's.
     driver_->step(4);
@@ -374,7 +406,7 @@ void Supervisor::shutDown() {
     product_.end();
     serverControl_.close();
     server_.end();
-    if (options_.server == ServerUse::Own && lock_ >= 0) driver_->instance().removeNames();
+    if (ours_) driver_->instance().removeNames();
     if (listening_ >= 0) {
         ::close(listening_);
         ::unlink(socketPath(options_.place.folder).c_str());

@@ -11,6 +11,7 @@
 #include "unit/ctl/childprocess.h"
 #include "unit/ctl/inputdevices.h"
 #include "unit/ctl/lineconnection.h"
+#include "unit/ctl/lockfile.h"
 #include "unit/ctl/productlog.h"
 
 namespace Unit {
@@ -21,7 +22,8 @@ enum class Record { On, Off };
 
 struct UnitOptions {
     Platform::Virtual::Place place;
-    std::string scene;  ///< absolute path; empty for what the unit was left with (in lockstep: as from the factory)
+    std::string scene;     ///< absolute path; empty for what the unit was left with (in lockstep: as from the factory)
+    std::string hardware;  ///< absolute path of the scene that says what is connected where `scene` is empty
     Pacing pacing = Pacing::Free;
     ServerUse server = ServerUse::Own;
     Record record = Record::On;  ///< what reaches the product, in the instance folder
@@ -57,6 +59,10 @@ class Supervisor {
     static std::string serverSocketPath(const std::string& folder) {
         return folder + "/var/volatile/unit-control.socket";
     }
+    /// Held while the unit runs.
+    static std::string lockPath(const std::string& folder) { return folder + "/unitctl.lock"; }
+    /// Held by the unit's server, whoever has started it.
+    static std::string serverLockPath(const std::string& folder) { return folder + "/unit/server.lock"; }
     /// Signals ask for the end instead of ending the process. Once, before the first supervisor.
     static void catchSignals();
 
@@ -64,6 +70,7 @@ class Supervisor {
     using Clock = std::chrono::steady_clock;
 
     void takeLock();
+    void checkServer() const;
     void prepareInstance();
     void installBootLogo() const;
     void startServer();
@@ -71,6 +78,7 @@ class Supervisor {
     void startProduct();
     void beginProduct();
     void awaitFirstPage();
+    void settle();
     void awaitRest();
     bool serverAnswers(const std::string& line);
     void stepFrame();
@@ -87,10 +95,11 @@ class Supervisor {
 
     UnitOptions options_;
     Report report_;
-    int lock_ = -1;
+    LockFile lock_;
     int listening_ = -1;
     int stopClient_ = -1;
     bool stop_ = false;
+    bool ours_ = false;  ///< the unit's shared names
     std::unique_ptr<Platform::Virtual::Driver> driver_;
     std::unique_ptr<InputDevices> devices_;
     ProductLog log_;
@@ -100,6 +109,7 @@ class Supervisor {
     Clock::time_point productStarted_;
     Clock::time_point lastFrame_;
     std::uint32_t framesSeen_ = 0;
+    std::uint32_t framesBefore_ = 0;  ///< of earlier units in the same folder
     unsigned restarts_ = 0;
     std::string lastEnd_;
 };

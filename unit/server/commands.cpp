@@ -1,5 +1,7 @@
 // The requests of the control socket.
+#include <algorithm>
 #include <charconv>
+#include <exception>
 #include <functional>
 #include <map>
 
@@ -29,11 +31,12 @@ std::string oneLine(const std::string& text) {
     return quoted.substr(1, quoted.size() - 2);
 }
 
-/// The first word; `rest` becomes what follows it.
+/// The first word; `rest` becomes what follows the one blank behind it, since a text may begin with blanks.
 std::string takeWord(std::string& rest) {
-    const auto end = rest.find(' ');
-    std::string word = rest.substr(0, end);
-    rest = end == std::string::npos ? "" : rest.substr(rest.find_first_not_of(' ', end));
+    const auto start = std::min(rest.find_first_not_of(' '), rest.size());
+    const auto end = std::min(rest.find(' ', start), rest.size());
+    std::string word = rest.substr(start, end - start);
+    rest.erase(0, end + 1);
     return word;
 }
 
@@ -83,7 +86,13 @@ std::string Server::answer(std::string_view line) {
     };
     std::string rest(line);
     const std::string verb = takeWord(rest);
-    if (const auto found = requests.find(verb); found != requests.end()) return found->second(rest);
+    if (const auto found = requests.find(verb); found != requests.end()) {
+        try {
+            return found->second(rest);
+        } catch (const std::exception& problem) {
+            return error(problem.what());  // a request never ends the server
+        }
+    }
     std::string known = "watch";
     for (const auto& [name, ignored] : requests) known += " " + name;
     return error("There is no request \"" + verb + "\"; there are " + known + ".");

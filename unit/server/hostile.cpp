@@ -1,7 +1,9 @@
 #include "unit/server/hostile.h"
 
 #include <algorithm>
+#include <charconv>
 #include <sstream>
+#include <stdexcept>
 
 #include "model/catalogue/constants.h"
 
@@ -19,10 +21,15 @@ class Arguments {
         stream_ >> word;
         return word;
     }
-    /// `otherwise` when there is no number.
+    /// `otherwise` when there is no further word.
     unsigned number(unsigned otherwise) {
+        const std::string text = word();
+        if (text.empty()) return otherwise;
         unsigned value = 0;
-        return stream_ >> value ? value : otherwise;
+        const auto [end, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (failed != std::errc() || end != text.data() + text.size())
+            throw std::invalid_argument("\"" + text + "\" is no number.");
+        return value;
     }
     bool area(std::size_t& index, std::string& problem) {
         const std::string wanted = word();
@@ -39,6 +46,15 @@ class Arguments {
 }  // namespace
 
 bool Hostile::set(const std::string& text, std::string& problem) {
+    try {
+        return begin(text, problem);
+    } catch (const std::invalid_argument& refused) {
+        problem = refused.what();
+        return false;
+    }
+}
+
+bool Hostile::begin(const std::string& text, std::string& problem) {
     Arguments arguments(text);
     const std::string mode = arguments.word();
     std::size_t area = 0;

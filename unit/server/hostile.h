@@ -27,6 +27,7 @@ class Hostile {
         "header AREA WORD | restart [TICKS]";
 
   private:
+    bool begin(const std::string& text, std::string& problem);
     void off();
     bool tear(const std::string& name, std::string& problem);
     void sendStorm();

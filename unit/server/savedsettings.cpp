@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::int64_t lookPeriod = 1'000'000'000;
 
-bool survives(std::int16_t area) {
+bool isSaved(std::int16_t area) {
     if (area == Catalogue::noArea) return false;
     const std::string_view name = Catalogue::areas[static_cast<std::size_t>(area)].name;
     return name == "MemPersistent" || name == "MemSemiPersistent";
@@ -28,13 +28,21 @@ SavedSettings::SavedSettings(Store& store, std::filesystem::path file) : store_(
         if (const auto cell = Store::find(name)) kept_.push_back({std::move(name), *cell});
     };
     for (const auto& value : Catalogue::values)
-        if (survives(value.area)) keep(value.name);
+        if (isSaved(value.area)) keep(value.name);
     for (const auto& table : Catalogue::tables) {
-        if (!survives(table.area)) continue;
+        if (!isSaved(table.area)) continue;
         for (std::size_t row = 0; row < table.rows; ++row)
             for (const auto& field : table.fields)
                 keep(std::string(table.name) + "[" + std::to_string(row) + "]." + field.name);
     }
+}
+
+bool SavedSettings::survives(const Cell& cell) {
+    return isSaved(cell.area);
+}
+
+void SavedSettings::zero() {
+    for (const Kept& kept : kept_) store_.setBytes(kept.cell, std::vector<std::byte>(kept.cell.size));
 }
 
 void SavedSettings::restore() {
@@ -47,9 +55,10 @@ void SavedSettings::restore() {
     for (const auto& [name, value] : saved.items()) {
         std::string problem = "It must be a text.";
         const auto cell = Store::find(name, problem);
-        const bool usable = cell && survives(cell->area) && value.is_string();
+        const bool usable = cell && survives(*cell) && value.is_string();
         const auto bytes = usable ? Store::parse(*cell, value.get<std::string>(), problem) : std::nullopt;
         if (bytes) {
+            restored_ = true;
             store_.setBytes(*cell, *bytes);
         } else {
             TERN_LOG(Log::Warn, "Saved setting %s skipped: %s", name.c_str(), problem.c_str());

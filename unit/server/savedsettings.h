@@ -16,6 +16,11 @@ class SavedSettings {
 
     /// Puts back what the file says. What it says of unknown values or with impossible values is skipped and logged.
     void restore();
+    /// Whether there was a file that said anything.
+    bool restored() const { return restored_; }
+    /// All of them zero, as before the factory gives them their values.
+    void zero();
+    static bool survives(const Cell& cell);
     void tick(std::int64_t nanoseconds);
     /// Writes when something has changed since the last time.
     void save();
@@ -33,6 +38,7 @@ class SavedSettings {
     std::vector<Kept> kept_;
     std::vector<std::byte> written_;
     std::int64_t sinceLook_ = 0;
+    bool restored_ = false;
 };
 
 }  // namespace Unit

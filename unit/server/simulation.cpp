@@ -72,6 +72,7 @@ Simulation::Simulation(std::span<std::byte* const> bases, const Surroundings& su
     hearings_.resize(Store::idLimit);
     for (const auto& module : modules_)
         for (const auto& [id, reaction] : module->hearings()) hearings_[id].push_back(reaction);
+    keepWithinLimits();
     for (const auto& module : modules_) module->factory();
     saved_.restore();
     for (const auto& module : modules_) module->powerUp();
@@ -84,28 +85,45 @@ void Simulation::addModules(const Surroundings& surroundings) {
     modules_ = makeModules(store_, surroundings, [this] { factoryReset(); });
 }
 
+/// A value whose range does not hold zero begins at its end.
+void Simulation::keepWithinLimits() {
+    for (const auto& value : Catalogue::values) {
+        const auto cell = value.minimum.form == Catalogue::Limit::Form::Fixed && value.minimum.value > 0
+                              ? Store::find(value.name)
+                              : std::nullopt;
+        if (!cell) continue;
+        if (cell->kind == Catalogue::Kind::Float && !(static_cast<double>(store_.real(*cell)) >= value.minimum.value))
+            store_.setReal(*cell, static_cast<float>(value.minimum.value));
+        if (cell->kind == Catalogue::Kind::Int && store_.integer(*cell) < value.minimum.value)
+            store_.setInteger(*cell, static_cast<std::int32_t>(value.minimum.value));
+    }
+}
+
 void Simulation::switchOn() {
+    keepWithinLimits();
     for (const auto& module : modules_) module->factory();
     for (const auto& module : modules_) module->powerUp();
 }
 
 void Simulation::factoryReset() {
+    saved_.zero();
+    keepWithinLimits();
     for (const auto& module : modules_) module->factory();
 }
 
-bool Simulation::loadScene(const std::filesystem::path& file, std::vector<std::string>& problems) {
+bool Simulation::loadScene(const std::filesystem::path& file, std::vector<std::string>& problems, SceneUse use) {
     std::ifstream stream(file);
     if (!stream) {
         problems.push_back("The scene " + file.string() + " cannot be read.");
         return false;
     }
     const json scene = json::parse(stream, nullptr, false, true);
-    if (!scene.is_discarded()) return applyScene(scene, problems);
+    if (!scene.is_discarded()) return applyScene(scene, problems, use);
     problems.push_back("The scene " + file.string() + " is no JSON.");
     return false;
 }
 
-bool Simulation::applyScene(const json& scene, std::vector<std::string>& problems) {
+bool Simulation::applyScene(const json& scene, std::vector<std::string>& problems, SceneUse use) {
     if (!scene.is_object()) {
         problems.push_back("A scene is a JSON object.");
         return false;
@@ -113,7 +131,7 @@ bool Simulation::applyScene(const json& scene, std::vector<std::string>& problem
     for (const auto& [key, ignored] : scene.items())
         if (key != "about" && key != "values" && key != "modules")
             problems.push_back("A scene has no \"" + key + "\"; it has \"about\", \"modules\" and \"values\".");
-    const auto assignments = checkValues(scene.value("values", json::object()), problems);
+    auto assignments = checkValues(scene.value("values", json::object()), problems);
     std::vector<std::pair<const Setting*, json>> settings;
     const json modules = scene.value("modules", json::object());
     for (const auto& [module, wanted] : modules.items()) {
@@ -131,9 +149,13 @@ bool Simulation::applyScene(const json& scene, std::vector<std::string>& problem
     if (!problems.empty()) return false;
 
     const Snapshot before(bases_);
-    for (std::size_t area = 0; area < bases_.size(); ++area)
-        if (Catalogue::areas[area].name != ownArea) std::memset(bases_[area], 0, Catalogue::areas[area].size);
-    switchOn();
+    if (use == SceneUse::Anew) {
+        for (std::size_t area = 0; area < bases_.size(); ++area)
+            if (Catalogue::areas[area].name != ownArea) std::memset(bases_[area], 0, Catalogue::areas[area].size);
+        switchOn();
+    } else if (saved_.restored()) {
+        std::erase_if(assignments, [](const Assignment& one) { return SavedSettings::survives(one.cell); });
+    }
     for (const auto& [setting, value] : settings) setting->apply(value);
     for (const auto& [cell, bytes] : assignments) store_.setBytes(cell, bytes);
     for (const auto& assignment : assignments) changed(assignment.cell.id);

@@ -21,6 +21,10 @@ struct Surroundings {
     bool wallClock = true;         ///< false: date and time begin the same at every start
 };
 
+/// What a scene is to change: everything, or only what is connected to the unit, so that the settings that the unit
+/// has saved stay.
+enum class SceneUse { Anew, Hardware };
+
 /// The unit behind the memory areas: all modules together, their settings and scenes.
 class Simulation {
   public:
@@ -30,8 +34,9 @@ class Simulation {
 
     /// Factory settings, switched on anew, then what the scene says. Nothing happens, and every mistake stands in
     /// `problems`, when the scene has any. Variables that belong to the user interface alone stay as they are.
-    bool loadScene(const std::filesystem::path& file, std::vector<std::string>& problems);
-    bool applyScene(const nlohmann::json& scene, std::vector<std::string>& problems);
+    bool loadScene(const std::filesystem::path& file, std::vector<std::string>& problems,
+                   SceneUse use = SceneUse::Anew);
+    bool applyScene(const nlohmann::json& scene, std::vector<std::string>& problems, SceneUse use = SceneUse::Anew);
 
     void tick(std::int64_t nanoseconds);
     /// The notice `id` came from outside.
@@ -49,6 +54,7 @@ class Simulation {
     void addModules(const Surroundings& surroundings);
     void switchOn();
     void factoryReset();
+    void keepWithinLimits();
     const Setting* findSetting(const std::string& module, const std::string& setting, std::string& problem) const;
 
     std::vector<std::byte*> bases_;

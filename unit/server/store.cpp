@@ -48,8 +48,8 @@ std::optional<Cell> findInTable(std::string_view name, std::size_t bracket, std:
 }
 
 bool outOf(double value, const Limit& minimum, const Limit& maximum) {
-    return (minimum.form == Limit::Form::Fixed && value < minimum.value) ||
-           (maximum.form == Limit::Form::Fixed && value > maximum.value);
+    return (minimum.form == Limit::Form::Fixed && !(value >= minimum.value)) ||
+           (maximum.form == Limit::Form::Fixed && !(value <= maximum.value));
 }
 
 std::string number(double value) {
@@ -265,7 +265,7 @@ std::optional<std::vector<std::byte>> Store::parse(const Cell& cell, std::string
     if (text == "false") text = "0";
     double value = 0;
     const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || rest != text.data() + text.size() || std::isnan(value)) {
+    if (error != std::errc() || rest != text.data() + text.size() || (std::isnan(value) && cell.kind != Kind::Float)) {
         problem = "\"" + std::string(text) + "\" is no number.";
         return std::nullopt;
     }
@@ -278,7 +278,11 @@ std::optional<std::vector<std::byte>> Store::parse(const Cell& cell, std::string
         problem = std::string(text) + " is out of range: " + rangeOf(cell) + ".";
         return std::nullopt;
     }
-    if (cell.kind == Kind::Float) return bytesOf(static_cast<float>(value));
+    if (cell.kind == Kind::Float) {
+        if (std::isinf(static_cast<float>(value)) == std::isinf(value)) return bytesOf(static_cast<float>(value));
+        problem = std::string(text) + " is beyond a number of 32 bits.";
+        return std::nullopt;
+    }
     if (value != std::floor(value) || std::abs(value) > std::numeric_limits<std::int32_t>::max()) {
         problem = std::string(text) + " is no whole number of 32 bits.";
         return std::nullopt;

@@ -1,23 +1,28 @@
 // unitctl: one command line over a virtual unit.
 #include <CLI/CLI.hpp>
+#include <cctype>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "model/catalogue/constants.h"
 #include "unit/ctl/client.h"
 #include "unit/ctl/launch.h"
 #include "unit/ctl/main/insideverbs.h"
 #include "unit/ctl/nearest.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/scenefile.h"
+#include "unit/server/hostile.h"
 
 namespace {
 
 using namespace Unit;
 
 constexpr int exitUsage = 2;
+/// What is connected to a unit that nobody has told a scene.
+constexpr const char* defaultScene = "default";
 
 struct Arguments {
     std::string instance;
@@ -31,8 +36,8 @@ struct Arguments {
     unsigned frames = 1;
     unsigned milliseconds = 100;
     unsigned long lines = 20;
-    std::uint32_t id = 0;
-    std::string offset, length;
+    std::string id, offset, length;
+    std::vector<std::string> words;
     std::vector<int> numbers = std::vector<int>(4);
     double x = 0, y = 0;
 };
@@ -45,14 +50,26 @@ void complain(const std::string& problems) {
     }
 }
 
+/// Also a part of paths and of shared names, so that not every text will do.
+void checkInstanceName(const std::string& name) {
+    constexpr const char* allowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.";
+    constexpr std::size_t longest = 64;
+    if (name.size() > longest || name.starts_with('.') || name.find_first_not_of(allowed) != std::string::npos)
+        throw CLI::ValidationError("\"" + name.substr(0, longest) + "\" is no name for a unit; use up to 64 letters, " +
+                                   "digits, '-', '_' and '.'");
+}
+
 Platform::Virtual::Place placeOf(const std::string& name) {
+    checkInstanceName(name);
     auto place = Platform::Virtual::Place::fromEnvironment();
     return name.empty() || name == place.name ? place : Platform::Virtual::Place::named(name);
 }
 
 UnitOptions unitOptions(const Arguments& given) {
+    const bool asFromFactory = given.lockstep && given.scene.empty();
     return {.place = placeOf(given.instance),
             .scene = given.scene.empty() ? "" : findScene(given.scene),
+            .hardware = asFromFactory ? "" : findScene(defaultScene),
             .pacing = given.lockstep ? Pacing::Lockstep : Pacing::Free,
             .server = given.noServer ? ServerUse::Foreign : ServerUse::Own,
             .record = given.noRecording ? Record::Off : Record::On,
@@ -70,6 +87,15 @@ std::uint32_t number(const std::string& text) {
     if (end == 0 || end != text.size() || value > 0xffffffffUL || text.starts_with('-'))
         throw Problem("\"" + text + "\" is no number; write 123 or 0x7b.");
     return static_cast<std::uint32_t>(value);
+}
+
+/// Of a notice that is named by its number or as in the journal.
+std::uint32_t noticeId(const std::string& text) {
+    if (text.empty() || std::isalpha(static_cast<unsigned char>(text[0])) == 0) return number(text);
+    for (std::size_t id = 0; id < Catalogue::messages.size(); ++id)
+        if (const char* name = Catalogue::messages[id].name; name != nullptr && text == name)
+            return static_cast<std::uint32_t>(id);
+    throw Problem("There is no notice " + text + "; it is named after its variable: VarKnobLockChanged.");
 }
 
 /// Every verb's name, for the completion and for who mistypes one.
@@ -135,6 +161,7 @@ void CommandLine::addUnitVerbs() {
         if (a.file.empty()) return runInForeground(unitOptions(a));
         const std::string own = "shot-" + std::to_string(::getpid());
         auto options = unitOptions(a);
+        if (options.scene.empty()) options.scene = findScene(defaultScene);
         options.place = Platform::Virtual::Place::named(a.instance.empty() ? own : a.instance);
         const Platform::Virtual::Instance instance(options.place);
         struct Cleaner {
@@ -172,7 +199,9 @@ void CommandLine::addValueVerbs() {
         one->add_option("name", a.name)->required();
         one->add_option("value", a.value)->required();
     }
-    verb("send", "A notice by its id", [&a](Client& c) { c.send(a.id); })->add_option("id", a.id)->required();
+    verb("send", "A notice by its id or name", [&a](Client& c) { c.send(noticeId(a.id)); })
+        ->add_option("id", a.id)
+        ->required();
     auto* peek =
         verb("peek", "Bytes of a memory area", [&a](Client& c) { c.peek(a.name, number(a.offset), number(a.length)); });
     peek->add_option("area", a.name)->required();
@@ -202,6 +231,17 @@ void CommandLine::addHandVerbs() {
     numbers(touch, {"x", "y"});
     numbers(drag, {"x1", "y1", "x2", "y2"});
     numbers(pinch, {"x", "y", "from", "to"});
+    auto* act = verb("do", "What a person does to the hardware: a setting of one of the server's modules",
+                     [&a](Client& c) { c.configure(a.name, a.word, a.value); });
+    act->add_option("module", a.name)->required();
+    act->add_option("setting", a.word)->required();
+    act->add_option("value", a.value)->required();
+    verb("settings", "The modules' settings, with what they take and what they are", [&a](Client& c) {
+        c.settings(a.name);
+    })->add_option("module", a.name);
+    verb("hostile", "Let the server misbehave; \"off\" ends it", [&a](Client& c) { c.hostile(a.words); })
+        ->add_option("mode", a.words, Hostile::help)
+        ->required();
     auto* joystick = verb("joystick", "Hold the stick", [&a](Client& c) { c.joystick(a.x, a.y, a.milliseconds); });
     joystick->add_option("x", a.x)->required();
     joystick->add_option("y", a.y)->required();
@@ -215,7 +255,9 @@ void CommandLine::addLookVerbs() {
                        [&a](Client& c) { c.trace(a.word, number(a.mask)); });
     trace->add_option("word", a.word)->required();
     trace->add_option("mask", a.mask)->required();
-    verb("log", "The end of the unit's log", [&a](Client& c) { c.log(a.lines); })->add_option("-n", a.lines, "Lines");
+    verb("log", "The end of the unit's log", [&a](Client& c) { c.log(a.lines); })
+        ->add_option("-n", a.lines, "Lines")
+        ->check(CLI::Range(0UL, 1'000'000UL));
     verb("shot", "The shown picture as a PNG file", [&a](Client& c) { c.shot(a.file); })
         ->add_option("file", a.file)
         ->required();
@@ -244,6 +286,12 @@ void CommandLine::addLookVerbs() {
         ->add_option("what", a.word)
         ->required()
         ->check(CLI::IsMember({"verbs", "keys", "scenes"}));
+}
+
+/// The verb that was given, with a blank behind it.
+std::string verbOf(const CLI::App& app) {
+    const auto given = app.get_subcommands();
+    return given.empty() ? "" : given.front()->get_name() + " ";
 }
 
 /// What CLI11 says about a word that is no verb does not name what was meant.
@@ -276,7 +324,7 @@ int main(int argc, char** argv) {
     } catch (const CLI::RuntimeError& told) {
         return told.get_exit_code();
     } catch (const CLI::ParseError& error) {
-        complain(std::string(error.what()) + ". See: unitctl VERB --help");
+        complain(std::string(error.what()) + ". See: unitctl " + verbOf(line.app) + "--help");
         return exitUsage;
     } catch (const std::exception& problem) {
         complain(problem.what());

@@ -35,10 +35,17 @@ bool takeLock(const std::filesystem::path& folder) {
     return false;
 }
 
-bool prepare(Unit::Server& server, const std::string& scene, const std::vector<std::string>& hostile) {
+struct Beginning {
+    std::string scene, hardware;
+    bool lockstep = false;
+    std::vector<std::string> hostile;
+};
+
+bool prepare(Unit::Server& server, const Beginning& given) {
     std::vector<std::string> problems;
-    if (!scene.empty()) server.simulation().loadScene(scene, problems);
-    for (const std::string& mode : hostile) {
+    if (!given.hardware.empty()) server.simulation().loadScene(given.hardware, problems, Unit::SceneUse::Hardware);
+    if (!given.scene.empty()) server.simulation().loadScene(given.scene, problems);
+    for (const std::string& mode : given.hostile) {
         std::string problem;
         if (!server.hostile().set(mode, problem)) problems.push_back(problem);
     }
@@ -46,12 +53,13 @@ bool prepare(Unit::Server& server, const std::string& scene, const std::vector<s
     return problems.empty();
 }
 
-int serve(const std::string& scene, bool lockstep, const std::vector<std::string>& hostile) {
+int serve(const Beginning& given) {
     ::umask(0);  // the areas and the gate are for every user of the unit
     const auto folder = Unit::homeFolder();
     if (!takeLock(folder)) return EXIT_FAILURE;
-    Unit::Server server({.folder = folder, .wallClock = !lockstep}, lockstep ? Unit::Pace::Lockstep : Unit::Pace::Free);
-    if (!prepare(server, scene, hostile)) return exitUsage;
+    Unit::Server server({.folder = folder, .wallClock = !given.lockstep},
+                        given.lockstep ? Unit::Pace::Lockstep : Unit::Pace::Free);
+    if (!prepare(server, given)) return exitUsage;
     server.open();
     std::printf("The server of the %s is ready.\n", Unit::unitName().c_str());
     std::fflush(stdout);
@@ -64,15 +72,15 @@ int serve(const std::string& scene, bool lockstep, const std::vector<std::string
 int main(int argc, char** argv) {
     Log::threshold = &logThreshold;
     CLI::App options("The stand-in server of a virtual unit. It ends on SIGTERM or SIGINT and leaves nothing behind.");
-    std::string scene;
-    bool lockstep = false;
-    std::vector<std::string> hostile;
-    options.add_option("--scene", scene, "JSON file with the state to begin with, instead of the saved settings");
-    options.add_flag("--lockstep", lockstep, "Time passes only by the requests of the control socket");
-    options.add_option("--hostile", hostile, std::string("Misbehave: ") + Unit::Hostile::help);
+    Beginning given;
+    options.add_option("--hardware", given.hardware,
+                       "Scene whose hardware is connected; the saved settings stay as they are");
+    options.add_option("--scene", given.scene, "JSON file with the state to begin with, instead of the saved settings");
+    options.add_flag("--lockstep", given.lockstep, "Time passes only by the requests of the control socket");
+    options.add_option("--hostile", given.hostile, std::string("Misbehave: ") + Unit::Hostile::help);
     CLI11_PARSE(options, argc, argv);
     try {
-        return serve(scene, lockstep, hostile);
+        return serve(given);
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "unit-server: %s\n", problem.what());
         return EXIT_FAILURE;
