@@ -55,7 +55,7 @@ bool ReplayOutcome::asRecorded(const Recording& recording) const {
 
 struct Replay::Running {
     Running(const ReplayOptions& options)
-        : driver(options.place), product(options.gui, options.place.folder + "/product.out") {}
+        : driver(options.place), product(options.gui, options.place.folder + "/product.out", SIGKILL) {}
 
     Platform::Virtual::Driver driver;
     ChildProcess product;
