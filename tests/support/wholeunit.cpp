@@ -20,6 +20,10 @@ constexpr std::int64_t frameTime = 1'000'000'000 / 60;
 /// More blanks than a pass waits for.
 constexpr std::uint32_t blanksAhead = 8;
 
+Engine::Framebuffer<unsigned int>& screen() {
+    return *static_cast<Engine::Framebuffer<unsigned int>*>(Engine::GuiManager::instance().painter());
+}
+
 [[noreturn]] void fail(const std::string& what) {
     throw std::runtime_error(what);
 }
@@ -180,16 +184,19 @@ std::string WholeUnit::page() const {
     return page != nullptr ? page->objectName() : "";
 }
 
+std::uint32_t WholeUnit::rotation() const {
+    return screen().rotationIndex();
+}
+
 Platform::Virtual::Picture WholeUnit::shot() const {
     return parts_->driver.shot();
 }
 
 Platform::Virtual::Picture WholeUnit::redrawn() {
     Engine::GuiManager& manager = Engine::GuiManager::instance();
-    auto* screen = static_cast<Engine::Framebuffer<unsigned int>*>(manager.painter());
     Platform::Virtual::Picture picture = {parts_->driver.width(), parts_->driver.height(), {}};
     picture.pixels.resize(std::size_t{picture.width} * picture.height);
-    screen->setPixels(picture.pixels.data());
+    screen().setPixels(picture.pixels.data());
     manager.drawFrame();
     manager.finishFrame();
     return picture;

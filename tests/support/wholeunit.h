@@ -52,6 +52,8 @@ class WholeUnit {
 
     /// The active page's name, "" without one.
     std::string page() const;
+    /// In quarter turns.
+    std::uint32_t rotation() const;
     Platform::Virtual::Picture shot() const;
     /// What drawing the whole page anew gives, without showing it.
     Platform::Virtual::Picture redrawn();

@@ -111,9 +111,7 @@ bool NotifyHandler::handleMessages(std::uint32_t id) {
             answerFlag(Places::VarRadioWrongServerWarning,
                        [this] { shell_.messages.show(Messages::SecondMotorController); });
             return true;
-        case Places::VarMessageIsVisible.id:
-            if (!Area::flag(Places::VarMessageIsVisible)) shell_.messages.next();
-            return true;
+        case Places::VarMessageIsVisible.id: followMessage(); return true;
         case Places::VarMessageShow.id:
             answerNumber(Places::VarMessageShow, [this](int message) { shell_.messages.show(message); });
             return true;
@@ -124,6 +122,14 @@ bool NotifyHandler::handleMessages(std::uint32_t id) {
             return true;
         default: return false;
     }
+}
+
+/// Somebody else may have said that a message is visible: there is none then, and no key that could close it.
+void NotifyHandler::followMessage() {
+    if (!Area::flag(Places::VarMessageIsVisible))
+        shell_.messages.next();
+    else if (shell_.messages.current().id == Messages::None)
+        Area::storeAndPost<unsigned char>(Places::VarMessageIsVisible, 0);
 }
 
 bool NotifyHandler::handleLensLooks(std::uint32_t id) {

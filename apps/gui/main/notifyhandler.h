@@ -57,6 +57,7 @@ class NotifyHandler {
     bool handleSimulation(std::uint32_t id);
     void handleOthers(std::uint32_t id);
 
+    void followMessage();
     void relayout();
     void rotate();
     void updateAssignmentFlags();
