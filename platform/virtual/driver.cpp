@@ -117,7 +117,7 @@ Picture Driver::shot() const {
     picture.width = block.screen.xres;
     picture.height = block.screen.yres;
     picture.pixels.resize(std::size_t{picture.width} * picture.height);
-    const int fd = ::open(instance_.file("dev/fb0").c_str(), O_RDONLY | O_CLOEXEC);
+    const int fd = ::open(framebufferFile().c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return {};
     const std::size_t size = picture.pixels.size() * sizeof picture.pixels[0];
     ssize_t got = 0;

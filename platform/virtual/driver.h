@@ -49,6 +49,9 @@ class Driver {
     // Display.
     unsigned width() const { return instance_.control().screen.xres; }
     unsigned height() const { return instance_.control().screen.yres; }
+    const fb_var_screeninfo& mode() const { return instance_.control().screen; }
+    /// The file of this machine that holds both buffers.
+    std::string framebufferFile() const { return instance_.file("dev/fb0"); }
     unsigned shownBuffer() const;
     std::uint32_t pans() const { return instance_.control().pans; }
     std::uint32_t vsyncWaits() const { return instance_.control().vsyncWaits; }

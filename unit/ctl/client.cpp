@@ -151,6 +151,11 @@ void Client::step(unsigned frames) {
     print("", {{"stepped", frames}});
 }
 
+void Client::panel(unsigned port) {
+    const std::string address = askSupervisor("panel " + std::to_string(port), 30'000);
+    print(address, {{"panel", address}});
+}
+
 // Values.
 
 void Client::list(const std::string& glob) const {

@@ -25,6 +25,8 @@ class Client {
     void status();
     void scene(const std::string& file);
     void step(unsigned frames);
+    /// Prints the panel's address; starts it when none runs, on `port` (0: one that is free).
+    void panel(unsigned port);
 
     void list(const std::string& glob) const;
     void get(const std::string& name);

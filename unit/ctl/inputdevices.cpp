@@ -86,4 +86,20 @@ void InputDevices::release(int slots) {
     report.sendTo(driver_, panel);
 }
 
+void InputDevices::contacts(const Contacts& now) {
+    Report report;
+    for (std::size_t slot = 0; slot < now.size(); ++slot) {
+        if (now[slot] == contacts_[slot]) continue;
+        report.add(EV_ABS, ABS_MT_SLOT, static_cast<int>(slot));
+        if (!now[slot])
+            report.add(EV_ABS, ABS_MT_TRACKING_ID, noTracking);
+        else if (!contacts_[slot])
+            report.add(EV_ABS, ABS_MT_TRACKING_ID, ++tracking_);
+        if (now[slot]) report.position(*now[slot]);
+    }
+    if (report.records.empty()) return;
+    report.sendTo(driver_, panel);
+    contacts_ = now;
+}
+
 }  // namespace Unit

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,7 +23,12 @@ extern const std::vector<NamedKey> namedKeys;
 struct TouchPoint {
     int x;
     int y;
+
+    bool operator==(const TouchPoint&) const = default;
 };
+
+/// The contacts of the touch panel, by slot.
+using Contacts = std::array<std::optional<TouchPoint>, 2>;
 
 /// Speaks as the unit's keys and touch panel, in their drivers' records.
 class InputDevices {
@@ -35,12 +42,15 @@ class InputDevices {
     /// Contacts move, all in one report; the index is the slot.
     void move(const std::vector<TouchPoint>& points);
     void release(int slots);
+    /// What has become of the contacts since the last call, in one report; nothing when they are the same.
+    void contacts(const Contacts& now);
 
   private:
     struct Report;
 
     Platform::Virtual::Driver& driver_;
     int tracking_ = 0;
+    Contacts contacts_;
 };
 
 }  // namespace Unit

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "apps/libs/png/encodepng.h"
@@ -51,6 +52,25 @@ int superviseInBackground(const UnitOptions& options, int answer) {
     }
 }
 
+/// Asks the desktop to show the page; without one nothing happens. Forked twice: nobody has to wait for the browser.
+void showInBrowser(const std::string& address) {
+    const auto isSet = [](const char* name) {
+        const char* value = std::getenv(name);
+        return value != nullptr && *value != '\0';
+    };
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY")) return;
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::fork() != 0) ::_exit(0);
+        ::setsid();
+        const int null = ::open("/dev/null", O_RDWR);
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::dup2(null, stream);
+        ::execlp("xdg-open", "xdg-open", address.c_str(), nullptr);
+        ::_exit(127);
+    }
+    if (child > 0) ::waitpid(child, nullptr, 0);
+}
+
 }  // namespace
 
 void startInBackground(const UnitOptions& options) {
@@ -81,6 +101,11 @@ void runInForeground(const UnitOptions& options) {
     unit.start();
     const std::string at = " --instance " + options.place.name;
     const std::string ctl = options.programs + "/unitctl";
+    if (options.panel == PanelUse::Own) {
+        const std::string address = unit.openPanel(options.panelPort);
+        report("The front panel: " + address);
+        showInBrowser(address);
+    }
     report("The unit \"" + options.place.name + "\" runs and shows the page " + unit.log().page() + ". Now try:");
     report("  " + ctl + " shot screen.png" + at + "        what the display shows");
     report("  " + ctl + " press lm" + at + "               a key; keys: ul um ur ll lm lr user1 ... power");

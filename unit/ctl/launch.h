@@ -9,7 +9,8 @@ namespace Unit {
 /// Starts a unit that goes on in the background. Throws Problem with the reason when it does not come up.
 void startInBackground(const UnitOptions& options);
 
-/// Runs a unit until a signal or `unitctl stop` ends it, and tells on stdout what happens.
+/// Runs a unit, opens its panel in a browser where a desktop is at hand, and goes on until a signal or `unitctl stop`
+/// ends it, and tells on stdout what happens.
 void runInForeground(const UnitOptions& options);
 
 /// Runs a unit in lockstep until its first page stands still, and writes what it shows as a PNG file.

@@ -40,6 +40,11 @@ bool LineConnection::connect(const std::string& path) {
     return false;
 }
 
+bool LineConnection::hungUp() const {
+    pollfd entry = {fd_, POLLIN | POLLRDHUP, 0};
+    return ::poll(&entry, 1, 0) > 0 && (entry.revents & (POLLRDHUP | POLLHUP | POLLERR)) != 0;
+}
+
 std::string LineConnection::ask(const std::string& line, int milliseconds) {
     if (line.find('\n') != std::string::npos) throw Problem("A request is one line; leave the line breaks out.");
     const std::string request = line + "\n";

@@ -15,6 +15,8 @@ class LineConnection {
     /// `path` is one of the machine. False, with errno, when nobody listens there.
     bool connect(const std::string& path);
     bool connected() const { return fd_ >= 0; }
+    /// Whether the other side has closed it.
+    bool hungUp() const;
     void close();
 
     /// What stands behind "ok". Throws Problem with what stands behind "error", and when no answer comes within

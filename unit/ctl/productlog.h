@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ios>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,10 +18,13 @@ class ProductLog {
     /// The last `count` lines, in order. Empty when there is no log.
     std::vector<std::string> last(std::size_t count) const;
     /// The name in the newest line "USER Page: NAME"; empty when there is none.
+    /// A further call reads on where the last one ended.
     std::string page() const;
 
   private:
     std::string file_;
+    mutable std::streamoff read_ = 0;
+    mutable std::string page_;
 };
 
 }  // namespace Unit

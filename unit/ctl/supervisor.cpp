@@ -34,6 +34,7 @@ constexpr auto startPatience = 30s;
 constexpr auto restPatience = 5s;
 constexpr auto framePatience = 5s;
 constexpr auto restartPause = 1s;
+constexpr auto panelPatience = 10s;
 constexpr unsigned framesToFirstPage = 600;
 constexpr unsigned framesToSettle = 20;
 constexpr unsigned longestStep = 100'000;
@@ -64,7 +65,8 @@ Supervisor::Supervisor(UnitOptions options, Report report)
       report_(std::move(report)),
       log_(options_.place.folder),
       server_(options_.programs + "/unit-server", options_.place.folder + "/server.out", SIGTERM),
-      product_(options_.programs + "/gui-virtual", options_.place.folder + "/product.out", SIGKILL) {
+      product_(options_.programs + "/gui-virtual", options_.place.folder + "/product.out", SIGKILL),
+      panel_(options_.programs + "/unit-panel", options_.place.folder + "/panel.out", SIGTERM) {
     for (const char* program : {"/unit-server", "/gui-virtual"})
         if (::access((options_.programs + program).c_str(), X_OK) != 0)
             fail("The program ", options_.programs, program, " is missing. Build it first.");
@@ -110,7 +112,36 @@ void Supervisor::start() {
     if (options_.server == ServerUse::Own) startServer();
     startProduct();
     awaitFirstPage();
+    if (options_.panel == PanelUse::Own) openPanel(options_.panelPort);
     lastFrame_ = Clock::now();
+}
+
+std::string Supervisor::openPanel(std::uint16_t port) {
+    if (panel_.running()) return panelAddress();
+    const std::string file = panelAddressFile(options_.place.folder);
+    ::unlink(file.c_str());
+    options_.panel = PanelUse::Own;
+    options_.panelPort = port;
+    panel_.start(port == 0 ? std::vector<std::string>{} : std::vector{std::string("--port"), std::to_string(port)});
+    const auto end = Clock::now() + panelPatience;
+    while (panelAddress().empty()) {
+        const auto how = panel_.takeEnd();
+        if (!how && Clock::now() < end) {
+            std::this_thread::sleep_for(5ms);
+            continue;
+        }
+        options_.panel = PanelUse::None;
+        panel_.end();
+        fail(panel_.words().empty() ? "The panel does not come up." : panel_.words());
+    }
+    return panelAddress();
+}
+
+std::string Supervisor::panelAddress() const {
+    std::ifstream file(panelAddressFile(options_.place.folder));
+    std::string line;
+    // Without its end the line is still being written.
+    return std::getline(file, line) && !file.eof() ? line : "";
 }
 
 // What an earlier unit of that name has left must not be taken for this one's.
@@ -290,6 +321,7 @@ void Supervisor::run() {
             if (options_.server == ServerUse::Own) watchServer();
             watchProduct();
             if (options_.pacing == Pacing::Free) watchFrames();
+            if (options_.panel == PanelUse::Own) watchPanel();
         } catch (const Problem& problem) {
             report_(problem.what());
         }
@@ -328,6 +360,15 @@ std::string Supervisor::answer(const std::string& line) {
         stop_ = true;
         return "ok";
     }
+    if (line == "panel" || line.starts_with("panel ")) {
+        std::uint16_t port = 0;
+        const char* last = line.data() + line.size();
+        if (line.size() > 6) {
+            const auto parsed = std::from_chars(line.data() + 6, last, port);
+            if (parsed.ec != std::errc() || parsed.ptr != last) fail("A port is a number up to 65535.");
+        }
+        return "ok " + openPanel(port);
+    }
     if (line.starts_with("step ")) {
         unsigned count = 0;
         const char* last = line.data() + line.size();
@@ -337,7 +378,7 @@ std::string Supervisor::answer(const std::string& line) {
         step(count);
         return "ok";
     }
-    fail("There is no request \"", line, "\"; there are status, step and stop.");
+    fail("There is no request \"", line, "\"; there are status, step, panel and stop.");
 }
 
 std::string Supervisor::status() const {
@@ -398,8 +439,22 @@ void Supervisor::watchFrames() {
     lastFrame_ = Clock::now();
 }
 
+// Pages that are open come back to the same port.
+void Supervisor::watchPanel() {
+    const auto how = panel_.takeEnd();
+    if (!how) return;
+    report_("The panel ended " + *how + ": " + panel_.lastWords() + " It is started again.");
+    std::this_thread::sleep_for(restartPause);
+    const std::string address = panelAddress();
+    const auto colon = address.rfind(':');
+    const int port = colon != std::string::npos ? std::atoi(address.c_str() + colon + 1) : 0;
+    openPanel(static_cast<std::uint16_t>(port));
+}
+
 void Supervisor::shutDown() {
     if (!driver_) return;
+    panel_.end();
+    ::unlink(panelAddressFile(options_.place.folder).c_str());
     product_.signal(SIGTERM);
     driver_->releaseVsync();
     driver_->releaseClock();

@@ -19,6 +19,7 @@ namespace Unit {
 enum class Pacing { Free, Lockstep };
 enum class ServerUse { Own, Foreign };
 enum class Record { On, Off };
+enum class PanelUse { None, Own };
 
 struct UnitOptions {
     Platform::Virtual::Place place;
@@ -27,7 +28,9 @@ struct UnitOptions {
     Pacing pacing = Pacing::Free;
     ServerUse server = ServerUse::Own;
     Record record = Record::On;  ///< what reaches the product, in the instance folder
-    std::string programs;        ///< folder of unit-server and gui-virtual
+    PanelUse panel = PanelUse::None;
+    std::uint16_t panelPort = 0;  ///< 0: one that is free
+    std::string programs;         ///< folder of unit-server, gui-virtual and unit-panel
 };
 
 /// One running unit: starts the server and the product, holds display and clock in lockstep, starts again what ends,
@@ -51,6 +54,10 @@ class Supervisor {
     /// In lockstep: `frames` passes. Throws Problem when the product ends or does not come to rest.
     void step(unsigned frames);
 
+    /// Where the panel is to be seen, "http://127.0.0.1:PORT/". Starts it when none runs, on `port` (0: one that is
+    /// free). Throws Problem when it does not come up.
+    std::string openPanel(std::uint16_t port);
+
     Platform::Virtual::Driver& driver() { return *driver_; }
     const ProductLog& log() const { return log_; }
 
@@ -63,6 +70,8 @@ class Supervisor {
     static std::string lockPath(const std::string& folder) { return folder + "/unitctl.lock"; }
     /// Held by the unit's server, whoever has started it.
     static std::string serverLockPath(const std::string& folder) { return folder + "/unit/server.lock"; }
+    /// Holds the panel's address while it runs.
+    static std::string panelAddressFile(const std::string& folder) { return folder + "/panel.address"; }
     /// Signals ask for the end instead of ending the process. Once, before the first supervisor.
     static void catchSignals();
 
@@ -90,6 +99,8 @@ class Supervisor {
     void watchProduct();
     std::optional<std::string> takeProductEnd();
     void watchFrames();
+    void watchPanel();
+    std::string panelAddress() const;
     void shutDown();
     std::uint32_t frames() const;
 
@@ -105,6 +116,7 @@ class Supervisor {
     ProductLog log_;
     ChildProcess server_;
     ChildProcess product_;
+    ChildProcess panel_;
     LineConnection serverControl_;
     Clock::time_point productStarted_;
     Clock::time_point lastFrame_;

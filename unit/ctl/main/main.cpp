@@ -30,6 +30,9 @@ struct Arguments {
     bool lockstep = false;
     bool noServer = false;
     bool noRecording = false;
+    bool noPanel = false;
+    bool panel = false;
+    std::uint16_t port = 0;
     bool problem = false;
     bool remove = false;
     std::string scene, name, value, file, glob, word, mask;
@@ -73,6 +76,8 @@ UnitOptions unitOptions(const Arguments& given) {
             .pacing = given.lockstep ? Pacing::Lockstep : Pacing::Free,
             .server = given.noServer ? ServerUse::Foreign : ServerUse::Own,
             .record = given.noRecording ? Record::Off : Record::On,
+            .panel = given.panel ? PanelUse::Own : PanelUse::None,
+            .panelPort = given.port,
             .programs = programFolder()};
 }
 
@@ -158,6 +163,7 @@ void CommandLine::addUnitVerbs() {
         if (a.json) std::printf("{\"started\":\"%s\"}\n", placeOf(a.instance).name.c_str());
     });
     auto* run = add("run", "Start a unit and stay until Ctrl-C, telling what happens", [&a] {
+        a.panel = a.file.empty() && !a.noPanel;
         if (a.file.empty()) return runInForeground(unitOptions(a));
         const std::string own = "shot-" + std::to_string(::getpid());
         auto options = unitOptions(a);
@@ -172,6 +178,8 @@ void CommandLine::addUnitVerbs() {
         } cleaner{a.instance.empty() ? &instance : nullptr};
         shootFirstPage(std::move(options), a.file);
     });
+    run->add_flag("--no-panel", a.noPanel, "Without the front panel in the browser");
+    start->add_flag("--panel", a.panel, "With the front panel in the browser");
     run->add_option("--shot", a.file, "Write the first settled picture to this PNG file, and end");
     for (auto* one : {start, run}) {
         one->add_option("--scene", a.scene, "A scene file, or the name of one that comes with the unit");
@@ -179,6 +187,10 @@ void CommandLine::addUnitVerbs() {
         one->add_flag("--no-server", a.noServer, "Another server serves this unit");
         one->add_flag("--no-recording", a.noRecording, "Write down nothing for unitctl record");
     }
+    auto* panel =
+        verb("panel", "Address of the front panel; starts it when none runs", [&a](Client& c) { c.panel(a.port); });
+    for (auto* one : {start, run, panel})
+        one->add_option("--port", a.port, "Port of the front panel; one that is free without it");
     verb("stop", "End a unit", [](Client& c) { c.stop(); });
     verb("status", "What runs", [](Client& c) { c.status(); });
     verb("scene", "Switch the unit on anew with a scene", [&a](Client& c) { c.scene(a.scene); })

@@ -1,0 +1,57 @@
+// unit-panel: the front panel of a running virtual unit, as a web page on the loopback.
+#include <sys/stat.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <fstream>
+#include <string>
+
+#include "unit/ctl/lineconnection.h"
+#include "unit/ctl/problem.h"
+#include "unit/ctl/supervisor.h"
+#include "unit/panel/pagefiles.h"
+#include "unit/panel/panel.h"
+
+namespace {
+
+constexpr int exitUsage = 2;
+
+int usage() {
+    std::fprintf(stderr, "Usage: unit-panel [--port N]\nThe unit is that of TERN_INSTANCE; it runs already.\n");
+    return exitUsage;
+}
+
+void requireUnit(const Platform::Virtual::Place& place) {
+    if (!Unit::LineConnection().connect(Unit::Supervisor::socketPath(place.folder)))
+        throw Unit::Problem("No unit \"" + place.name + "\" runs. Start it: unitctl start --instance " + place.name);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::uint16_t port = 0;
+    if (argc == 3 && std::strcmp(argv[1], "--port") == 0) {
+        const char* end = argv[2] + std::strlen(argv[2]);
+        const auto [last, failed] = std::from_chars(argv[2], end, port);
+        if (failed != std::errc() || last != end) return usage();
+    } else if (argc != 1) {
+        return usage();
+    }
+    try {
+        const auto place = Platform::Virtual::Place::fromEnvironment();
+        requireUnit(place);
+        Unit::Panel panel(place, port, Unit::pageFiles());
+        // Who started this reads the address there.
+        std::ofstream(Unit::Supervisor::panelAddressFile(place.folder)) << panel.address() << '\n';
+        std::printf("%s\n", panel.address().c_str());
+        std::fflush(stdout);
+        panel.run();
+        return EXIT_SUCCESS;
+    } catch (const std::exception& problem) {
+        std::fprintf(stderr, "unit-panel: %s\n", problem.what());
+        return EXIT_FAILURE;
+    }
+}
