@@ -50,8 +50,8 @@ std::vector<WebFile> withCatalogue(std::span<const WebFile> page, std::string_vi
     return files;
 }
 
-bool isTracing(const Store& store, const char* field) {
-    return store.integer(*Store::find(std::string("VarTRACE_INFO_VARIABLE[0].") + field)) != 0;
+std::uint32_t traceMask(const Store& store, const char* field) {
+    return static_cast<std::uint32_t>(store.integer(*Store::find(std::string("VarTRACE_INFO_VARIABLE[0].") + field)));
 }
 
 }  // namespace
@@ -310,7 +310,7 @@ json Panel::describeStatus() const {
     json tracing = json::object();
     for (const auto& [word, field] :
          {std::pair{"draw", "DrawFlags"}, {"event", "EventFlags"}, {"var", "VarFlags"}, {"page", "PageFlags"}})
-        tracing[word] = isTracing(values, field);
+        tracing[word] = traceMask(values, field);
     told["trace"] = std::move(tracing);
     return told;
 }
