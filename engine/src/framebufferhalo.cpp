@@ -1,5 +1,6 @@
 #include "embedded-gui-engine/framebuffer.h"
 
+#include <cstdint>
 #include <cstring>
 
 #include "engine/src/raster/draw.h"
@@ -14,7 +15,9 @@ using Raster::Target;
 constexpr int maxRadius = 5;
 constexpr std::ptrdiff_t blockWidth = 64;
 constexpr std::ptrdiff_t blockRows = 16;
-constexpr std::ptrdiff_t marginWidth = blockWidth + 2 * maxRadius;
+constexpr std::ptrdiff_t wordSize = 8;
+constexpr std::ptrdiff_t marginWidth = (blockWidth + 2 * maxRadius + wordSize - 1) / wordSize * wordSize;
+static_assert(blockWidth % wordSize == 0);
 constexpr std::ptrdiff_t marginRows = blockRows + 2 * maxRadius;
 
 /// A part of the mask in memory order with the margin that its windows reach into; empty where there is no sample.
@@ -34,7 +37,7 @@ struct Mask {
 /// Copies the samples of the window (u, v, width, rows) that lie in the mask.
 void load(Block& block, const Mask& mask, std::ptrdiff_t u, std::ptrdiff_t v, std::ptrdiff_t width,
           std::ptrdiff_t rows) {
-    std::memset(block.samples, 0, sizeof block.samples);
+    std::memset(block.samples, 0, static_cast<std::size_t>(rows * marginWidth));
     const std::ptrdiff_t left = std::max(u, mask.left);
     const std::ptrdiff_t top = std::max(v, mask.top);
     const std::ptrdiff_t columns = std::min(u + width, mask.left + mask.width) - left;
@@ -46,15 +49,33 @@ void load(Block& block, const Mask& mask, std::ptrdiff_t u, std::ptrdiff_t v, st
                                        columns, lines);
 }
 
-/// out becomes non-zero where any sample of the window around it is.
+// Eight samples at once; their order within the word does not matter where words are only joined.
+std::uint64_t wordAt(const std::uint8_t* samples) {
+    std::uint64_t word;
+    std::memcpy(&word, samples, sizeof word);
+    return word;
+}
+
+constexpr std::ptrdiff_t wholeWords(std::ptrdiff_t samples) {
+    return (samples + wordSize - 1) / wordSize * wordSize;
+}
+
+/// out becomes non-zero where any sample of the window around it is: first the columns of a row's windows, then their
+/// rows. Up to a word beyond `width` is written as well.
 void spread(const Block& block, int radius, std::ptrdiff_t width, std::ptrdiff_t rows, std::uint8_t* out) {
+    const std::ptrdiff_t columns = wholeWords(width + 2 * radius);
+    alignas(wordSize) std::uint8_t column[marginWidth + wordSize] = {};
     for (std::ptrdiff_t v = 0; v < rows; ++v, out += blockWidth) {
-        alignas(32) std::uint8_t column[marginWidth] = {};
-        for (int i = 0; i <= 2 * radius; ++i)
-            for (std::ptrdiff_t u = 0; u < marginWidth; ++u) column[u] |= block.samples[v + i][u];
-        std::copy_n(column, width, out);
-        for (int i = 1; i <= 2 * radius; ++i)
-            for (std::ptrdiff_t u = 0; u < width; ++u) out[u] |= column[u + i];
+        for (std::ptrdiff_t u = 0; u < columns; u += wordSize) {
+            std::uint64_t any = 0;
+            for (int i = 0; i <= 2 * radius; ++i) any |= wordAt(&block.samples[v + i][u]);
+            std::memcpy(column + u, &any, sizeof any);
+        }
+        for (std::ptrdiff_t u = 0; u < width; u += wordSize) {
+            std::uint64_t any = 0;
+            for (int i = 0; i <= 2 * radius; ++i) any |= wordAt(column + u + i);
+            std::memcpy(out + u, &any, sizeof any);
+        }
     }
 }
 
