@@ -12,6 +12,7 @@ file(MAKE_DIRECTORY "${TERN_GENERATED_DIR}")
 set(TERN_SANITIZE "" CACHE STRING "Sanitizers to build with, for instance address,undefined")
 option(TERN_COVERAGE "Instrument for coverage" OFF)
 option(TERN_BENCH "Build the benchmarks" OFF)
+option(TERN_TOGETHER "Compile the large targets' sources a dozen at a time: for builds from nothing, not for daily work" OFF)
 option(TERN_LIBFUZZER "Build the fuzz entries for libFuzzer (clang only)" OFF)
 
 find_program(CCACHE_PROGRAM ccache)
@@ -63,6 +64,17 @@ function(tern_floor name)
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}" ${arg_INCLUDE})
     target_link_libraries(${name} INTERFACE ${arg_LINK})
+  endif()
+endfunction()
+
+# tern_together(TARGET [ALONE sources...]): a target with many sources is worth compiling a dozen at a time. Those that
+# would not bear their neighbours' internal names stand alone. The build file by file minds the shadows.
+function(tern_together target)
+  cmake_parse_arguments(arg "" "" "ALONE" ${ARGN})
+  if(TERN_TOGETHER)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 12)
+    target_compile_options(${target} PRIVATE -Wno-shadow $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+    set_source_files_properties(${arg_ALONE} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   endif()
 endfunction()
 
