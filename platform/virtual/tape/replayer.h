@@ -125,6 +125,7 @@ class Replayer {
     std::uint64_t expectedSent_ = 0;
     std::uint64_t sent_ = 0;
     bool differed_ = false;
+    bool onlyLastIsChecked_ = false;  // the recording knows only what its last whole frame shows
 };
 
 }  // namespace Platform::Virtual

@@ -1,11 +1,23 @@
 #include "platform/virtual/tape/tiles.h"
 
+#include <linux/fb.h>
+
 #include <algorithm>
 #include <cstring>
 
 #include "platform/virtual/tape/event.h"
 
 namespace Platform::Virtual {
+
+std::optional<TiledPicture> TiledPicture::ofMode(std::span<const std::byte> mode) {
+    constexpr std::uint32_t largest = 4096;
+    fb_var_screeninfo info;
+    if (mode.size() != sizeof info) return std::nullopt;
+    std::memcpy(&info, mode.data(), sizeof info);
+    if (info.xres == 0 || info.yres == 0 || info.xres > largest || info.yres > largest || info.bits_per_pixel != 32)
+        return std::nullopt;
+    return TiledPicture(info.xres, info.yres);
+}
 
 template <typename Row>
 void TiledPicture::eachRow(std::size_t tile, Row row) const {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -12,6 +13,10 @@ class TiledPicture {
   public:
     TiledPicture(unsigned width, unsigned height)
         : width_(width), height_(height), pixels_(std::size_t{width} * height) {}
+
+    /// Black, of the display mode (fb_var_screeninfo) in `mode`. Nothing when that is none of 32 bits a pixel, or of a
+    /// size that no display has.
+    static std::optional<TiledPicture> ofMode(std::span<const std::byte> mode);
 
     unsigned width() const { return width_; }
     unsigned height() const { return height_; }

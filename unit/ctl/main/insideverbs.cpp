@@ -14,10 +14,10 @@ namespace {
 /// What the command line of these verbs says. It lives as long as the callbacks do.
 struct Given {
     Chosen chosen;
-    std::string file, out;
+    std::string file;
     bool earlier = false;
     ReplayRequest replay;
-    std::uint64_t until = 0;
+    MinimiseRequest minimise;
 };
 
 CLI::App* add(CLI::App& app, const char* name, const char* help, std::function<void()> action) {
@@ -53,6 +53,13 @@ void addRecordVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
     replay->add_option("--until", given->replay.until, "The last frame to play");
     replay->add_option("--shot", given->replay.shot, "Write the last picture to this PNG file");
     replay->add_option("--pictures", given->replay.pictures, "Folder for the pictures of a difference");
+
+    auto* minimise = add(app, "minimise", "Shorten a recording that fails, as long as it fails in the same way",
+                         [given] { minimiseVerb(given->minimise); });
+    minimise->add_option("file", given->minimise.file)->required();
+    minimise->add_option("out", given->minimise.out)->required();
+    minimise->add_option("--program", given->minimise.program, "The build of gui-virtual that it fails with");
+    minimise->add_option("--seconds", given->minimise.seconds, "How long to look")->capture_default_str();
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "unit/ctl/problem.h"
 #include "unit/ctl/productlog.h"
 #include "unit/ctl/record/differencepictures.h"
+#include "unit/ctl/record/minimise.h"
 #include "unit/ctl/record/replay.h"
 #include "unit/ctl/record/scratchunit.h"
 #include "unit/ctl/scenefile.h"
@@ -40,13 +41,27 @@ std::string describeDifference(const ReplayOutcome& outcome) {
                                  : " sends other notices to the server than were recorded.");
 }
 
+std::string guiOf(const std::string& program) {
+    const std::string gui = program.empty() ? programFolder() + "/gui-virtual" : program;
+    if (::access(gui.c_str(), X_OK) != 0) throw Problem("The program " + gui + " is missing. Build it first.");
+    return gui;
+}
+
 }  // namespace
+
+void minimiseVerb(const MinimiseRequest& request) {
+    const Recording recording(request.file);
+    for (const auto& warning : recording.warnings()) warn(warning);
+    Minimiser(recording, guiOf(request.program), [](const std::string& step) {
+        std::printf("%s\n", step.c_str());
+        std::fflush(stdout);
+    }).run(request.out, request.seconds);
+}
 
 bool replayVerb(const ReplayRequest& request) {
     const Recording recording(request.file);
     for (const auto& warning : recording.warnings()) warn(warning);
-    const std::string gui = request.program.empty() ? programFolder() + "/gui-virtual" : request.program;
-    if (::access(gui.c_str(), X_OK) != 0) throw Problem("The program " + gui + " is missing. Build it first.");
+    const std::string gui = guiOf(request.program);
     if (recording.program(gui) == Program::Other)
         warn(request.file + " was recorded with another build of the product. Pictures may rightly differ.");
     if (request.until && *request.until > recording.frames())

@@ -19,6 +19,16 @@ struct ReplayRequest {
     bool json = false;
 };
 
+struct MinimiseRequest {
+    std::string file;
+    std::string out;
+    std::string program;  ///< empty for the one beside this program
+    double seconds = 60;
+};
+
+/// Tells each step on stdout. Throws Problem.
+void minimiseVerb(const MinimiseRequest& request);
+
 /// Prints what came of it. False when a check has found something. Throws Problem.
 bool replayVerb(const ReplayRequest& request);
 
