@@ -21,6 +21,8 @@ class ChildProcess {
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     void start(const std::vector<std::string>& arguments);
+    /// Another program for the next start.
+    void setProgram(std::string program) { program_ = std::move(program); }
     bool running() const { return pid_ > 0; }
     pid_t pid() const { return pid_; }
     /// How it ended ("with status 1", "by signal 11 (Segmentation fault)"), told once; nothing while it runs.

@@ -18,6 +18,7 @@
 #include <utility>
 
 #include "model/catalogue/constants.h"
+#include "unit/ctl/inside/startpage.h"
 #include "unit/ctl/notices.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/about.h"
@@ -213,12 +214,28 @@ void Supervisor::startProduct() {
 }
 
 void Supervisor::beginProduct() {
-    const std::string& folder = options_.place.folder;
+    const std::string program = options_.programs + "/gui-virtual";
+    const std::string copy = options_.place.folder + "/gui-virtual";
+    if (!options_.page.empty()) StartPage(program).writeCopy(options_.page, copy);
+    product_.setProgram(options_.page.empty() ? program : copy);
     std::optional<RecordingToBegin> recording;
     if (options_.record == Record::On)
-        recording.emplace(folder, aboutRecording(options_.programs + "/gui-virtual", options_.scene,
-                                                 options_.pacing == Pacing::Lockstep));
+        recording.emplace(options_.place.folder, aboutRecording({program, options_.page, options_.scene,
+                                                                 options_.pacing == Pacing::Lockstep}));
     product_.start({});
+}
+
+void Supervisor::goTo(const std::string& page) {
+    if (!page.empty()) StartPage(options_.programs + "/gui-virtual").requirePage(page);
+    options_.page = page;
+    if (options_.pacing == Pacing::Lockstep) driver_->step(4);
+    product_.end();
+    log_.clear();
+    // On a held clock the boot logo takes no time.
+    if (options_.pacing == Pacing::Free) driver_->holdClock();
+    startProduct();
+    awaitFirstPage();
+    if (options_.pacing == Pacing::Free) driver_->releaseClock();
 }
 
 std::optional<std::string> Supervisor::takeProductEnd() {
@@ -378,7 +395,11 @@ std::string Supervisor::answer(const std::string& line) {
         step(count);
         return "ok";
     }
-    fail("There is no request \"", line, "\"; there are status, step, panel and stop.");
+    if (line == "goto" || line.starts_with("goto ")) {
+        goTo(line.substr(std::min<std::size_t>(5, line.size())));
+        return "ok";
+    }
+    fail("There is no request \"", line, "\"; there are status, step, goto, panel and stop.");
 }
 
 std::string Supervisor::status() const {

@@ -28,6 +28,7 @@ struct UnitOptions {
     Pacing pacing = Pacing::Free;
     ServerUse server = ServerUse::Own;
     Record record = Record::On;  ///< what reaches the product, in the instance folder
+    std::string page;            ///< that the product starts with; empty for the one of its model
     PanelUse panel = PanelUse::None;
     std::uint16_t panelPort = 0;  ///< 0: one that is free
     std::string programs;         ///< folder of unit-server, gui-virtual and unit-panel
@@ -59,6 +60,11 @@ class Supervisor {
     std::string openPanel(std::uint16_t port);
 
     Platform::Virtual::Driver& driver() { return *driver_; }
+    /// Starts the product again, with `page`, or as it is when that is empty. Throws Problem when there is no such
+    /// page, and then leaves the product alone, or when it does not come up.
+    void goTo(const std::string& page);
+    /// Asks the unit's own server. Throws Problem.
+    std::string askServer(const std::string& line) { return serverControl_.ask(line); }
     const ProductLog& log() const { return log_; }
 
     /// Where the supervisor of the unit in `folder` listens.

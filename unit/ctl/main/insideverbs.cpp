@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "unit/ctl/inside/askunit.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/recording.h"
 #include "unit/ctl/record/verbs.h"
@@ -14,7 +15,7 @@ namespace {
 /// What the command line of these verbs says. It lives as long as the callbacks do.
 struct Given {
     Chosen chosen;
-    std::string file;
+    std::string file, page;
     bool earlier = false;
     ReplayRequest replay;
     MinimiseRequest minimise;
@@ -62,12 +63,21 @@ void addRecordVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
     minimise->add_option("--seconds", given->minimise.seconds, "How long to look")->capture_default_str();
 }
 
+void addPageVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
+    auto* jump = add(app, "goto", "Start the product again with another page; what the unit knows stays", [given] {
+        askUnit(given->chosen.place(), given->page.empty() ? "goto" : "goto " + given->page);
+        if (given->chosen.json()) std::printf("{\"page\":\"%s\"}\n", given->page.c_str());
+    });
+    jump->add_option("page", given->page, "Without it as the product starts by itself");
+}
+
 }  // namespace
 
 void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
     const auto given = std::make_shared<Given>();
     given->chosen = chosen;
     addRecordVerbs(app, given);
+    addPageVerbs(app, given);
 }
 
 }  // namespace Unit

@@ -35,7 +35,7 @@ struct Arguments {
     std::uint16_t port = 0;
     bool problem = false;
     bool remove = false;
-    std::string scene, name, value, file, glob, word, mask;
+    std::string scene, page, name, value, file, glob, word, mask;
     unsigned frames = 1;
     unsigned milliseconds = 100;
     unsigned long lines = 20;
@@ -76,6 +76,7 @@ UnitOptions unitOptions(const Arguments& given) {
             .pacing = given.lockstep ? Pacing::Lockstep : Pacing::Free,
             .server = given.noServer ? ServerUse::Foreign : ServerUse::Own,
             .record = given.noRecording ? Record::Off : Record::On,
+            .page = given.page,
             .panel = given.panel ? PanelUse::Own : PanelUse::None,
             .panelPort = given.port,
             .programs = programFolder()};
@@ -185,6 +186,7 @@ void CommandLine::addUnitVerbs() {
         one->add_option("--scene", a.scene, "A scene file, or the name of one that comes with the unit");
         one->add_flag("--lockstep", a.lockstep, "Time passes by \"step\" and by input only");
         one->add_flag("--no-server", a.noServer, "Another server serves this unit");
+        one->add_option("--page", a.page, "Start with this page");
         one->add_flag("--no-recording", a.noRecording, "Write down nothing for unitctl record");
     }
     auto* panel =

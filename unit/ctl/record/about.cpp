@@ -56,10 +56,10 @@ std::string utcNow() {
 
 }  // namespace
 
-std::string aboutRecording(const std::string& program, const std::string& scene, bool lockstep) {
-    return line("catalogue", catalogueFingerprint()) + line("program", programFingerprint(program)) +
-           line("begun", utcNow()) + line("pacing", lockstep ? "lockstep" : "free") + line("scene", scene) +
-           line("zone", timeZone()) + line("faults", fromEnvironment("TERN_FAULTS"));
+std::string aboutRecording(const RecordedUnit& unit) {
+    return line("catalogue", catalogueFingerprint()) + line("program", programFingerprint(unit.program)) +
+           line("page", unit.page) + line("begun", utcNow()) + line("pacing", unit.lockstep ? "lockstep" : "free") +
+           line("scene", unit.scene) + line("zone", timeZone()) + line("faults", fromEnvironment("TERN_FAULTS"));
 }
 
 std::string catalogueFingerprint() {

@@ -4,8 +4,15 @@
 
 namespace Unit {
 
-/// What a recording is of, as the text in its head has it. `scene` may be empty.
-std::string aboutRecording(const std::string& program, const std::string& scene, bool lockstep);
+struct RecordedUnit {
+    std::string program;  ///< file of the product
+    std::string page;     ///< that it was made to start with; may be empty
+    std::string scene;    ///< may be empty
+    bool lockstep;
+};
+
+/// What a recording is of, as the text in its head has it.
+std::string aboutRecording(const RecordedUnit& unit);
 
 /// Changes whenever an area, a value's place or a message does: then a recording's memory means something else.
 std::string catalogueFingerprint();

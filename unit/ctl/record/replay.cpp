@@ -10,6 +10,7 @@
 
 #include "platform/virtual/tape/replayer.h"
 #include "unit/ctl/childprocess.h"
+#include "unit/ctl/inside/startpage.h"
 #include "unit/ctl/problem.h"
 
 namespace Unit {
@@ -82,6 +83,10 @@ std::string Replay::file(const char* name) const {
 ReplayOutcome Replay::run(const Recording& recording) {
     const auto begun = Clock::now();
     auto& [driver, product] = *running_;
+    if (const std::string page = recording.tape().value("page"); !page.empty()) {
+        StartPage(options_.gui).writeCopy(page, file("gui-virtual"));
+        product.setProgram(file("gui-virtual"));
+    }
     driver.holdVsync();
     auto& control = driver.instance().control();
     control.permits = 0;
