@@ -1,5 +1,9 @@
 #include "platform/virtual/faults.h"
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -8,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -47,13 +52,17 @@ struct Fault {
     }
 };
 
+using Counts = std::array<std::atomic<unsigned>, kinds>;
+
 struct Table {
     std::mutex mutex;
     std::vector<Fault> faults;
     std::atomic<bool> armed = false;
-    std::array<std::atomic<unsigned>, kinds> counts = {};
+    Counts own = {};
+    Counts* counts = &own;
 
     Table() {
+        if (const char* path = std::getenv("TERN_CALL_COUNTS")) countIn(path);
         const char* text = std::getenv("TERN_FAULTS");
         std::string error;
         if (text == nullptr || set(text, error)) return;
@@ -68,6 +77,7 @@ struct Table {
     }
 
     bool set(const std::string& text, std::string& error);
+    void countIn(const char* path);
 };
 
 Table& table() {
@@ -149,6 +159,17 @@ bool parseFault(std::string_view text, Fault& fault, std::string& error) {
     return wrong == nullptr;
 }
 
+// A file of its own for each program of a unit, since they share the environment.
+void Table::countIn(const char* path) {
+    const std::string file = std::string(path) + "." + program_invocation_short_name;
+    const int fd = ::open(file.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    void* start = MAP_FAILED;
+    if (fd >= 0 && ::ftruncate(fd, sizeof(Counts)) == 0)
+        start = ::mmap(nullptr, sizeof(Counts), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (fd >= 0) ::close(fd);
+    if (start != MAP_FAILED) counts = new (start) Counts{};
+}
+
 bool Table::set(const std::string& text, std::string& error) {
     std::vector<Fault> parsed;
     for (std::string_view rest = text; !rest.empty();) {
@@ -189,7 +210,7 @@ void clearFaults() {
 }
 
 unsigned callCount(Call call) {
-    return table().counts[static_cast<std::size_t>(call)];
+    return (*table().counts)[static_cast<std::size_t>(call)];
 }
 
 bool setFaults(const std::string& text, std::string& error) {
@@ -198,7 +219,7 @@ bool setFaults(const std::string& text, std::string& error) {
 
 Verdict strike(Call call, const char* path, unsigned long request) {
     Table& all = table();
-    all.counts[static_cast<std::size_t>(call)].fetch_add(1, std::memory_order_relaxed);
+    (*all.counts)[static_cast<std::size_t>(call)].fetch_add(1, std::memory_order_relaxed);
     Verdict verdict;
     if (!all.armed.load(std::memory_order_relaxed)) return verdict;
 

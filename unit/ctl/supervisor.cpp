@@ -409,6 +409,7 @@ std::string Supervisor::status() const {
                                    {"supervisor", ::getpid()},
                                    {"server", server_.running() ? server_.pid() : 0},
                                    {"product", product_.running() ? product_.pid() : 0},
+                                   {"panel", panel_.running() ? panel_.pid() : 0},
                                    {"restarts", restarts_},
                                    {"lastEnd", lastEnd_},
                                    {"frames", frames() - framesBefore_},

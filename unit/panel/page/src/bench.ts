@@ -1,4 +1,5 @@
 // The bench: what lies around the unit, and is plugged in, taken away or run down by hand.
+import type { Catalogue } from "./catalogue";
 import type { Connection } from "./connection";
 import { byId, el, setText, words } from "./dom";
 import type { Modules, Scene, Setting } from "./protocol";
@@ -26,6 +27,15 @@ const labels: Record<string, string> = {
 /** The sign of a motor's state, as on the unit: a disc when it is ready, a ring when it is not. */
 const motorSigns: Record<string, string> = { ready: "ready", absent: "none", lost: "wrong", error: "wrong" };
 
+/** Numbers that are values of an enum, named as those of this variable are. */
+const wordsLike: Record<string, string> = { "camera.state": "VarCamState", "radio.region": "VarRadioRegion" };
+/** Within a module; others follow by name. */
+const settingOrder = ["lens", "focus", "iris", "zoom", "aux", "cinefade", "camera", "recording", "modem", "connected"];
+
+function byOrder(names: string[], first: string[]): string[] {
+  return [...first.filter((name) => names.includes(name)), ...names.filter((name) => !first.includes(name)).sort()];
+}
+
 let lastId = 0;
 
 interface Row {
@@ -34,7 +44,11 @@ interface Row {
 }
 
 class Rows {
-  constructor(private readonly connection: Connection, private readonly complain: (text: string) => void) {}
+  constructor(
+    private readonly connection: Connection,
+    private readonly catalogue: Catalogue,
+    private readonly complain: (text: string) => void,
+  ) {}
 
   make(module: string, name: string, setting: Setting): Row {
     const id = `bench${++lastId}`;
@@ -45,23 +59,26 @@ class Rows {
         .ask({ t: "do", module, setting: name, value })
         .catch((problem: Error) => this.complain(problem.message));
     };
-    const control = this.control(setting, id, spoken, change);
+    const entries = this.catalogue.find(wordsLike[`${module}.${name}`] ?? "")?.words ?? [];
+    const control = entries.length > 0 ? wordList(id, spoken, entries, change) : this.control(setting, id, spoken, change);
     const head = label ? [el("label", { for: id, id: `${id}-label` }, label)] : [];
     const element = el("div", { class: `row ${setting.kind}`, "data-setting": `${module}.${name}` }, ...head, control.element);
     if (module === "motors") element.prepend(el("i", { class: "sign" }));
     const take = (now: Setting): void => {
       control.take(now);
       if (module === "motors") element.dataset["sign"] = motorSigns[String(now.value)] ?? "not";
-      if (name === "recording") element.classList.toggle("recording", now.value === true);
+        if (name === "recording") element.classList.toggle("recording", now.value === true);
     };
     take(setting);
     return { element, take };
   }
 
+  /** By the kind that the server tells: a setting it learns tomorrow has its control today. */
   private control(setting: Setting, id: string, spoken: string, change: (value: Value) => void): Row {
     if (setting.kind === "flag") return flag(id, spoken, change);
     if (setting.kind === "choice")
       return (setting.choices ?? []).length <= mostKeys ? choiceKeys(id, spoken, setting, change) : choiceList(id, spoken, setting, change);
+    if (setting.kind === "number" && isShortCount(setting)) return digits(id, spoken, setting, change);
     const range = (setting.maximum ?? Infinity) - (setting.minimum ?? -Infinity);
     if (setting.kind === "number" && range <= widestFader) return fader(id, spoken, setting, change);
     return written(id, spoken, setting, change);
@@ -72,6 +89,17 @@ function flag(id: string, spoken: string, change: (value: Value) => void): Row {
   const element = el("button", { id, class: "switch", role: "switch", "aria-label": spoken, type: "button" }, el("i"));
   element.addEventListener("click", () => change(element.getAttribute("aria-checked") !== "true"));
   return { element, take: (now) => element.setAttribute("aria-checked", String(now.value === true)) };
+}
+
+/** From 0 to a few, in whole steps. */
+function isShortCount({ minimum = 0, maximum = 0 }: Setting): boolean {
+  return minimum === 0 && Number.isInteger(maximum) && maximum > 1 && maximum < mostKeys;
+}
+
+function digits(id: string, spoken: string, setting: Setting, change: (value: Value) => void): Row {
+  const all = Array.from({ length: (setting.maximum ?? 0) + 1 }, (_, digit) => String(digit));
+  const row = choiceKeys(id, spoken, { ...setting, choices: all }, (value) => change(Number(value)));
+  return { element: row.element, take: (now) => row.take({ ...now, value: String(now.value) }) };
 }
 
 function choiceKeys(id: string, spoken: string, setting: Setting, change: (value: Value) => void): Row {
@@ -108,10 +136,17 @@ function choiceList(id: string, spoken: string, setting: Setting, change: (value
   return { element, take: (now) => (element.value = String(now.value)) };
 }
 
+function wordList(id: string, spoken: string, entries: [number, string][], change: (value: Value) => void): Row {
+  const element = el("select", { id, "aria-label": spoken });
+  for (const [value, word] of entries) element.append(el("option", { value }, word.replace(/([a-z])([A-Z])/g, "$1 $2")));
+  element.addEventListener("change", () => change(Number(element.value)));
+  return { element, take: (now) => (element.value = String(now.value)) };
+}
+
 function fader(id: string, spoken: string, setting: Setting, change: (value: Value) => void): Row {
   const lowest = setting.minimum ?? 0;
   const highest = setting.maximum ?? 1;
-  const step = highest - lowest > 10 ? 1 : highest - lowest > 2 ? 1 : 0.01;
+  const step = highest - lowest > 2 ? 1 : 0.01;
   const input = el("input", { id, type: "range", min: lowest, max: highest, step, "aria-label": spoken });
   const figure = el("output", { for: id });
   let touched = 0;
@@ -145,8 +180,12 @@ export class Bench {
   private shape = "";
   private readonly maker: Rows;
 
-  constructor(private readonly connection: Connection, private readonly complain: (text: string) => void) {
-    this.maker = new Rows(connection, complain);
+  constructor(
+    private readonly connection: Connection,
+    catalogue: Catalogue,
+    private readonly complain: (text: string) => void,
+  ) {
+    this.maker = new Rows(connection, catalogue, complain);
   }
 
   takeScenes(scenes: Scene[]): void {
@@ -171,7 +210,7 @@ export class Bench {
   /** The rows stay while their kinds do, so that nothing moves under a hand. */
   take(modules: Modules): void {
     const known = Object.keys(modules).filter((name) => !elsewhere.includes(name));
-    const names = [...order.filter((name) => known.includes(name)), ...known.filter((name) => !order.includes(name)).sort()];
+    const names = byOrder(known, order);
     const shape = JSON.stringify(names.map((name) => Object.entries(modules[name] ?? {}).map(([key, one]) => [name, key, one.kind, one.choices])));
     if (shape !== this.shape) this.build(names, modules);
     this.shape = shape;
@@ -183,10 +222,12 @@ export class Bench {
     this.rows.clear();
     const sections: HTMLElement[] = [];
     for (const module of names) {
-      const settings = Object.entries(modules[module] ?? {});
-      if (settings.length === 0) continue;
+      const settings = modules[module] ?? {};
+      if (Object.keys(settings).length === 0) continue;
       const section = el("section", { class: "module", "data-module": module }, el("h3", {}, titles[module] ?? words(module)));
-      for (const [name, setting] of settings) {
+      for (const name of byOrder(Object.keys(settings), settingOrder)) {
+        const setting = settings[name];
+        if (!setting) continue;
         const row = this.maker.make(module, name, setting);
         this.rows.set(`${module}.${name}`, row);
         section.append(row.element);

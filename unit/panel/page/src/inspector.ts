@@ -52,14 +52,18 @@ class ValueRow {
     const now = this.value.dataset["value"] ?? "";
     if (this.entry.kind === "flag") return this.set(now === "1" ? "0" : "1");
     const field = this.entry.words.length > 0 ? this.list(now) : this.line(now);
+    let open = true;
     const close = (): void => {
-      if (field.isConnected) field.replaceWith(this.value);
+      if (!open) return;
+      open = false; // before the field goes and so loses the focus
+      field.replaceWith(this.value);
     };
     field.addEventListener("keydown", (event: Event) => {
       const key = (event as KeyboardEvent).key;
       event.stopPropagation();
       if (key === "Escape") close();
       if (key === "Enter" && field instanceof HTMLInputElement) {
+        event.preventDefault(); // or it presses the button that comes back
         this.set(field.value);
         close();
         this.value.focus();

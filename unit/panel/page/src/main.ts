@@ -35,7 +35,8 @@ function complain(text: string): void {
   window.clearTimeout(complaint);
   complaint = window.setTimeout(() => (place.hidden = true), 6000);
 }
-const bench = new Bench(connection, complain);
+const catalogue = new Catalogue();
+const bench = new Bench(connection, catalogue, complain);
 
 function softKey(key: string): HTMLElement {
   return keys.button(key, "soft", el("i"));
@@ -63,7 +64,6 @@ const also = new Map<string, (news: ValueNews) => void>([
   ["VarJoystickControlsGui", (news) => { controlled.stickDrives = news.value === "1"; namePad(); }],
 ]);
 
-const catalogue = new Catalogue();
 const inspector = new Inspector(connection, catalogue, also);
 
 connection.onLink = (open) => {
@@ -119,5 +119,7 @@ for (const tab of document.querySelectorAll<HTMLElement>("[role=tab]")) {
 showPane("bench");
 listenToKeyboard({ keys, knob, slider, stick, pad, step: (frames) => status.step(frames) });
 fit();
-catalogue.load().then(() => inspector.restart()).catch(() => complain("The names of the values cannot be loaded."));
-connection.open();
+catalogue
+  .load()
+  .catch(() => complain("The names of the values cannot be loaded."))
+  .finally(() => connection.open());
