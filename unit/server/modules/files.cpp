@@ -26,10 +26,10 @@ std::string sizeText(const fs::path& file) {
 
 }  // namespace
 
-Files::Files(Store& values, std::shared_ptr<FileTree> tree, std::function<void(const std::string& name)> loadLens)
+Files::Files(Store& values, std::shared_ptr<FileTree> tree, std::array<Loader, 4> loaders)
     : Module("files", values),
       tree_(std::move(tree)),
-      loadLens_(std::move(loadLens)),
+      loaders_(std::move(loaders)),
       usb_(values, "VarUsbState"),
       size_(values, "VarFileBrowserEntryListSize"),
       highlight_(values, "VarFileBrowserHighlightIndex"),
@@ -247,11 +247,9 @@ void Files::makeFavourite() {
 }
 
 void Files::use(const FileTree::Row& row) {
-    switch (static_cast<Model::FileBrowserType>(type_.get())) {
-        case Model::FileBrowserType::LensFiles: loadLens_(tree_->nameOf(row.path)); break;
-        case Model::FileBrowserType::UserSetupFiles: SavedSettings(store, row.path).restore(); break;
-        default: break;
-    }
+    const auto type = static_cast<std::size_t>(std::clamp(type_.get(), 0, 3));
+    if (type_.is(Model::FileBrowserType::UserSetupFiles)) SavedSettings(store, row.path).restore();
+    if (loaders_[type]) loaders_[type](tree_->nameOf(row.path));
 }
 
 void Files::report(const std::error_code& failed, const char* what) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <set>
@@ -14,8 +15,10 @@ namespace Unit {
 /// setup is taken over.
 class Files final : public Module {
   public:
-    /// `loadLens` is given the tree's name of a lens file that was chosen.
-    Files(Store& values, std::shared_ptr<FileTree> tree, std::function<void(const std::string& name)> loadLens);
+    using Loader = std::function<void(const std::string& name)>;
+
+    /// `loaders` are given the tree's name of a file that was chosen, by the browser's type of file; empty for none.
+    Files(Store& values, std::shared_ptr<FileTree> tree, std::array<Loader, 4> loaders);
 
     void powerUp() override;
     void tick(std::int64_t nanoseconds) override;
@@ -37,7 +40,7 @@ class Files final : public Module {
     void report(const std::error_code& failed, const char* what);
 
     std::shared_ptr<FileTree> tree_;
-    std::function<void(const std::string&)> loadLens_;
+    std::array<Loader, 4> loaders_;
     std::vector<FileTree::Row> rows_;
     std::set<std::filesystem::path> selected_;
     double mounting_ = 0;

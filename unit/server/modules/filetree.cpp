@@ -31,6 +31,8 @@ void FileTree::makeSamples() const {
         for (const LensModel& lens : lensModels())
             write(internal() / "lenses" / (std::string(lens.name) + ".lens"), lensFile(lens));
         for (const char* empty : {"rings", "setups", "diopters"}) fs::create_directories(internal() / empty);
+        write(internal() / "diopters" / "half.diopter", R"({"diopter": "+1/2", "model": "Full 138", "power": 0.5})");
+        write(internal() / "diopters" / "two.diopter", R"({"diopter": "+2", "model": "Full 138", "power": 2})");
     }
     if (fs::exists(usb())) return;
     write(usb() / "lenses" / "rental" / "prime-75.lens", lensFile(*findLens("prime-75")));

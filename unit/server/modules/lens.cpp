@@ -128,20 +128,43 @@ void Lens::powerUp() {
 
 void Lens::put(const LensModel* model) {
     model_ = model;
-    metres_.show(model != nullptr ? model->metres() : Scale());
-    feet_.show(model != nullptr ? model->feet() : Scale());
-    stops_.show(model != nullptr ? model->stops() : Scale());
-    lengths_.show(model != nullptr ? model->focalLengths() : Scale());
-    described_.set(model != nullptr);
-    textActive_.set(model != nullptr);
-    meterFitted_.set(model != nullptr);
-    text_.set(model != nullptr ? model->label : "");
-    brand_.set(model != nullptr ? "Orvo" : "");
-    serial_.set(model != nullptr ? model->serial : "");
+    programmed_.reset();
+    if (model == nullptr) {
+        showScales({}, {}, {}, {});
+        describe("", "", "");
+    } else {
+        showScales(model->metres(), model->feet(), model->stops(), model->focalLengths());
+        describe(model->label, "Orvo", model->serial);
+    }
     zoomMinimum_.set(model != nullptr ? static_cast<float>(model->shortest) : 0);
     zoomMaximum_.set(model != nullptr ? static_cast<float>(model->longest) : 0);
-    camLensType_.set(model != nullptr ? Model::CamLensType::Data : Model::CamLensType::None);
     showValues();
+}
+
+void Lens::put(ProgrammedLens lens) {
+    model_ = nullptr;
+    programmed_ = std::move(lens);
+    showScales(programmed_->metres(), programmed_->feet(), programmed_->stops(), programmed_->focalLengths());
+    describe(programmed_->label, programmed_->brand, programmed_->serial);
+    zoomMinimum_.set(static_cast<float>(programmed_->focalLengthAt(0)));
+    zoomMaximum_.set(static_cast<float>(programmed_->focalLengthAt(1)));
+    showValues();
+}
+
+void Lens::showScales(const Scale& metres, const Scale& feet, const Scale& stops, const Scale& lengths) {
+    metres_.show(metres);
+    feet_.show(feet);
+    stops_.show(stops);
+    lengths_.show(lengths);
+}
+
+void Lens::describe(const std::string& label, const std::string& brand, const std::string& serial) {
+    const bool there = hasLens();
+    for (const Flag* flag : {&described_, &textActive_, &meterFitted_}) flag->set(there);
+    text_.set(label);
+    brand_.set(brand);
+    serial_.set(serial);
+    camLensType_.set(there ? Model::CamLensType::Data : Model::CamLensType::None);
 }
 
 void Lens::loadFile(const std::string& name) {
@@ -153,11 +176,21 @@ void Lens::loadFile(const std::string& name) {
     const auto described = nlohmann::json::parse(stream, nullptr, false);
     const bool named = described.is_object() && described.contains("lens") && described["lens"].is_string();
     const LensModel* model = named ? findLens(described["lens"].get<std::string>()) : nullptr;
-    invalidFile_.set(model == nullptr);
-    if (model == nullptr) return;
-    put(model);
+    auto programmed = model == nullptr ? ProgrammedLens::load(file) : std::nullopt;
+    invalidFile_.set(model == nullptr && !programmed);
+    if (invalidFile_) return;
+    if (programmed)
+        put(std::move(*programmed));
+    else
+        put(model);
     activeFile_.set(name);
     remember(name);
+}
+
+std::optional<double> Lens::positionOf(double metres) const {
+    if (programmed_) return programmed_->positionOfDistance(metres);
+    if (model_ == nullptr) return std::nullopt;
+    return model_->positionOfDistance(std::max(metres, model_->closest));
 }
 
 void Lens::remember(const std::string& name) {
@@ -178,19 +211,33 @@ void Lens::tick(std::int64_t) {
 }
 
 void Lens::showValues() {
-    if (model_ == nullptr) {
+    if (!hasLens()) {
         for (const Real* value : {&actFocus_, &near_, &far_}) value->set(0);
         actIris_.set(0);
         focalLength_.set(0);
         return;
     }
-    const double distance = model_->distanceAt(static_cast<double>(focusAt_.get()));
-    const double stop = model_->stopAt(static_cast<double>(irisAt_.get()));
-    const double length = model_->focalLengthAt(static_cast<double>(zoomAt_.get()));
+    const auto read = [this](const auto& lens) {
+        showReading(lens.distanceAt(static_cast<double>(focusAt_.get())),
+                    lens.stopAt(static_cast<double>(irisAt_.get())),
+                    lens.focalLengthAt(static_cast<double>(zoomAt_.get())));
+    };
+    if (programmed_)
+        read(*programmed_);
+    else
+        read(*model_);
+}
+
+void Lens::showReading(double distance, double stop, double length) {
     actFocus_.set(finite(distance));
     actIris_.set(static_cast<std::int32_t>(std::lround(stop * 100)));
     focalLength_.set(static_cast<std::int32_t>(std::lround(length)));
-    showDepthOfField(distance, length, stop);
+    if (stop > 0) {
+        showDepthOfField(distance, length, stop);
+        return;
+    }
+    near_.set(0);  // nobody knows the iris
+    far_.set(0);
 }
 
 void Lens::showDepthOfField(double metres, double millimetres, double stop) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "unit/server/module.h"
 #include "unit/server/modules/filetree.h"
 #include "unit/server/modules/optics.h"
+#include "unit/server/modules/programmedlens.h"
 
 namespace Unit {
 
@@ -18,6 +20,14 @@ class Lens final : public Module {
     void tick(std::int64_t nanoseconds) override;
 
     /// A lens file of the tree, by its name there. What is missing or no lens file is told to the product.
+    /// Another lens is in its place, one that was measured by hand.
+    void put(ProgrammedLens lens);
+    /// Null for a lens that is known or none.
+    const ProgrammedLens* programmed() const { return programmed_ ? &*programmed_ : nullptr; }
+    /// Of a distance in metres on the focus ring, 0 to 1; nothing without a lens.
+    std::optional<double> positionOf(double metres) const;
+    /// The near end of the focus ring in metres; 0 without a lens.
+    double closest() const { return model_ != nullptr ? model_->closest : programmed_ ? programmed_->closest() : 0; }
     void loadFile(const std::string& name);
 
   private:
@@ -32,7 +42,11 @@ class Lens final : public Module {
     };
 
     void put(const LensModel* model);
+    void showScales(const Scale& metres, const Scale& feet, const Scale& stops, const Scale& lengths);
+    void describe(const std::string& label, const std::string& brand, const std::string& serial);
+    bool hasLens() const { return model_ != nullptr || programmed_; }
     void showValues();
+    void showReading(double distance, double stop, double length);
     void showDepthOfField(double metres, double millimetres, double stop);
 
     void remember(const std::string& name);
@@ -50,6 +64,7 @@ class Lens final : public Module {
     Number recentCount_;
     Column recent_;
     const LensModel* model_ = nullptr;
+    std::optional<ProgrammedLens> programmed_;
 };
 
 }  // namespace Unit

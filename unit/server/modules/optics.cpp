@@ -41,6 +41,42 @@ std::string inchText(double feet) {
 
 }  // namespace
 
+std::span<const double> engravedMetres() {
+    static constexpr double values[] = {0.35, 0.4, 0.45, 0.5, 0.6, 0.7, 0.8,  0.9,  1.0,  1.2, 1.5,
+                                        2.0,  2.5, 3.0,  4.0, 5.0, 7.0, 10.0, 15.0, 20.0, 40.0};
+    return values;
+}
+
+std::span<const double> engravedFeet() {
+    static constexpr double values[] = {1.25, 1.5, 1.75, 2.0, 2.25, 2.5,  2.75, 3.0,  3.5,  4.0,  4.5,
+                                        5.0,  6.0, 7.0,  8.0, 10.0, 12.0, 15.0, 20.0, 30.0, 50.0, 100.0};
+    return values;
+}
+
+std::span<const double> engravedStops() {
+    static constexpr double values[] = {1.3, 1.4, 1.5, 1.8, 2.0, 2.8, 3.5, 4.0, 5.6, 8.0, 11.0, 16.0, 22.0};
+    return values;
+}
+
+std::span<const double> engravedLengths() {
+    static constexpr double values[] = {25.0, 28.0, 32.0,  35.0,  40.0,  50.0, 60.0,
+                                        75.0, 85.0, 100.0, 135.0, 180.0, 250.0};
+    return values;
+}
+
+Engraving engravedDistance(double position, double metres) {
+    return {position, metres, std::isinf(metres) ? infinitySign : shortNumber(metres), ""};
+}
+
+Engraving engravedImperial(double position, double feet) {
+    if (std::isinf(feet)) return {position, feet, infinitySign, ""};
+    return {position, feet, shortNumber(std::floor(feet)) + "'", inchText(feet)};
+}
+
+Engraving engravedNumber(double position, double value) {
+    return {position, value, shortNumber(value), ""};
+}
+
 double LensModel::positionOfDistance(double metres) const {
     return std::isinf(metres) ? 1 : 1 - std::pow(std::min(1.0, closest / metres), helix);
 }
@@ -66,35 +102,30 @@ double LensModel::focalLengthAt(double position) const {
 }
 
 Scale LensModel::metres() const {
-    Scale scale = {{0, closest, shortNumber(closest), ""}};
-    for (const double mark : {0.35, 0.4, 0.45, 0.5, 0.6, 0.7, 0.8,  0.9,  1.0,  1.2, 1.5,
-                              2.0,  2.5, 3.0,  4.0, 5.0, 7.0, 10.0, 15.0, 20.0, 40.0})
-        if (mark > closest * 1.05) scale.push_back({positionOfDistance(mark), mark, shortNumber(mark), ""});
-    scale.push_back({1, infinity, infinitySign, ""});
+    Scale scale = {engravedDistance(0, closest)};
+    for (const double mark : engravedMetres())
+        if (mark > closest * 1.05) scale.push_back(engravedDistance(positionOfDistance(mark), mark));
+    scale.push_back(engravedDistance(1, infinity));
     addLinesBetween(scale, [this](double distance) { return positionOfDistance(distance); });
     return scale;
 }
 
 Scale LensModel::feet() const {
     const double first = closest / metresPerFoot;
-    Scale scale = {{0, first, shortNumber(std::floor(first)) + "'", inchText(first)}};
-    for (const double mark : {1.25, 1.5, 1.75, 2.0, 2.25, 2.5,  2.75, 3.0,  3.5,  4.0,  4.5,
-                              5.0,  6.0, 7.0,  8.0, 10.0, 12.0, 15.0, 20.0, 30.0, 50.0, 100.0}) {
-        if (mark < first * 1.05) continue;
-        scale.push_back(
-            {positionOfDistance(mark * metresPerFoot), mark, shortNumber(std::floor(mark)) + "'", inchText(mark)});
-    }
-    scale.push_back({1, infinity, infinitySign, ""});
+    Scale scale = {engravedImperial(0, first)};
+    for (const double mark : engravedFeet())
+        if (mark >= first * 1.05) scale.push_back(engravedImperial(positionOfDistance(mark * metresPerFoot), mark));
+    scale.push_back(engravedImperial(1, infinity));
     addLinesBetween(scale, [this](double distance) { return positionOfDistance(distance * metresPerFoot); });
     return scale;
 }
 
 Scale LensModel::stops() const {
     Scale scale;
-    for (const double mark : {1.3, 1.4, 1.5, 1.8, 2.0, 2.8, 3.5, 4.0, 5.6, 8.0, 11.0, 16.0, 22.0}) {
+    for (const double mark : engravedStops()) {
         const bool full = mark != 1.3 && mark != 1.5 && mark != 1.8 && mark != 3.5;
         if ((full || mark == widestStop) && mark >= widestStop && mark <= lastStop)
-            scale.push_back({positionOfStop(mark), mark, shortNumber(mark), ""});
+            scale.push_back(engravedNumber(positionOfStop(mark), mark));
     }
     addLinesBetween(scale, [this](double stop) { return positionOfStop(stop); });
     return scale;
@@ -103,9 +134,8 @@ Scale LensModel::stops() const {
 Scale LensModel::focalLengths() const {
     if (!isZoom()) return {};
     Scale scale;
-    for (const double mark : {25.0, 28.0, 32.0, 35.0, 40.0, 50.0, 60.0, 75.0, 85.0, 100.0, 135.0, 180.0, 250.0})
-        if (mark >= shortest && mark <= longest)
-            scale.push_back({positionOfFocalLength(mark), mark, shortNumber(mark), ""});
+    for (const double mark : engravedLengths())
+        if (mark >= shortest && mark <= longest) scale.push_back(engravedNumber(positionOfFocalLength(mark), mark));
     addLinesBetween(scale, [this](double millimetres) { return positionOfFocalLength(millimetres); });
     return scale;
 }

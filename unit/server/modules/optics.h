@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,17 @@ struct LensModel {
     Scale stops() const;
     Scale focalLengths() const;
 };
+
+/// The values that rings carry: metres, feet, T-stops, millimetres; rising.
+std::span<const double> engravedMetres();
+std::span<const double> engravedFeet();
+std::span<const double> engravedStops();
+std::span<const double> engravedLengths();
+
+/// What a ring says at a value; `feet` in feet, infinity as its sign.
+Engraving engravedDistance(double position, double metres);
+Engraving engravedImperial(double position, double feet);
+Engraving engravedNumber(double position, double value);
 
 /// All lenses that the virtual unit can carry.
 const std::vector<LensModel>& lensModels();

@@ -1,0 +1,227 @@
+// What can be connected to the unit beside lens, motors and camera.
+#include <gtest/gtest.h>
+
+#include "tests/unit/world.h"
+
+TEST(Clips, EachTakeBecomesAClipAndPlayingEndsWithIt) {
+    World world;
+    world.act("camera", "camera", "orvo");
+    EXPECT_EQ(world.get("VarCamClipListNumber"), "0");
+    world.run(1.2);
+    EXPECT_EQ(world.get("VarCamClipListNumber"), "1");
+    EXPECT_EQ(world.get("VarCamClipList0Size"), "4");
+    EXPECT_EQ(world.get("VarCamClipListProgress"), "100");
+    world.act("camera", "recording", true);
+    world.run(3.1);
+    world.act("camera", "recording", false);
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarCamClipList0Size"), "5");
+    EXPECT_EQ(world.get("VarCamClipList0[4].CamClipLength"), "00:03");
+    EXPECT_EQ(world.get("VarCamClipListClipAct"), "4");
+    EXPECT_EQ(world.get("VarCamClipListLastClip"), "1");
+    world.write("VarCamClipPlay", "1");
+    EXPECT_EQ(world.get("VarCamClipPlay"), "0");
+    EXPECT_EQ(world.get("VarCamState"), "4");
+    world.run(3.1);
+    EXPECT_EQ(world.get("VarCamState"), "5");
+    world.write("VarCamClipListPlaybackStop", "1");
+    EXPECT_EQ(world.get("VarCamState"), "0");
+    world.write("VarCamClipListClipSet", "2");
+    world.write("VarCamClipListSendClipSet", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarCamClipListPlayable"), "0");
+    world.write("VarCamClipPlay", "1");
+    EXPECT_EQ(world.get("VarCamState"), "0") << "it cannot be played";
+    world.act("clips", "media", 0);
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarCamClipListNumber"), "0");
+}
+
+TEST(Bluetooth, FindsPairsAndForgetsWithThePower) {
+    World world;
+    world.write("VarBluetoothScan", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarBluetoothScan"), "0") << "it has no power";
+    world.write("VarBluetoothPower", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarBluetoothDeviceListSize"), "1");
+    world.write("VarBluetoothScan", "1");
+    world.run(8.2);
+    EXPECT_EQ(world.get("VarBluetoothScan"), "0");
+    EXPECT_EQ(world.get("VarBluetoothDeviceListSize"), "4");
+    world.write("VarBluetoothDeviceList[1].DeviceState", "Pairing");
+    world.write("VarBluetoothDeviceList[2].DeviceState", "Pairing");
+    world.run(2.2);
+    EXPECT_EQ(world.get("VarBluetoothDeviceList[1].DeviceState"), "2");
+    EXPECT_EQ(world.get("VarBluetoothDeviceList[2].DeviceState"), "4");
+    world.write("VarBluetoothPower", "0");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarBluetoothDeviceListSize"), "0");
+}
+
+TEST(Distance, DevicesTakeTheirPlacesAndLeadTheFocus) {
+    World world;
+    world.act("lens", "lens", "prime-75");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarDmdSource"), "0");
+    world.act("distance", "focusbugs", 1);
+    world.act("distance", "subject", 2);
+    world.run(1);
+    EXPECT_EQ(world.get("VarDmdSource"), "2");
+    EXPECT_EQ(world.get("VarFocusBugDistance1Meter"), "2");
+    EXPECT_EQ(world.get("VarDmdSourceSwitchDisabled"), "1");
+    const double target = world.number("VarDmdTargetValue");
+    EXPECT_GT(target, 0.1);
+    world.write("VarFocusTrackingActive", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.number("VarFocusTargetValue"), target);
+    world.act("distance", "ctm", true);
+    world.run(1);
+    EXPECT_EQ(world.get("VarDmdTypeTop"), "2");
+    world.write("VarDmdTypeSwitchNext", "1");
+    EXPECT_EQ(world.get("VarDmdTypeTop"), "1");
+    EXPECT_EQ(world.get("VarDmdSource"), "1");
+    world.write("VarFocusBugDualModeSet", "1");
+    EXPECT_EQ(world.get("VarFocusBugDualMode"), "0") << "there is but one";
+}
+
+TEST(Distance, LimitsCountOnceTheyAreCommittedAndMakeSense) {
+    World world;
+    world.act("distance", "focusbugs", 1);
+    world.act("distance", "subject", 5);
+    world.write("VarFocusBugLimitActiveSet", "1");
+    EXPECT_EQ(world.get("VarFocusBugLimitActive"), "0");
+    world.write("VarFocusBugLowerLimitSet", "3");
+    world.write("VarFocusBugUpperLimitSet", "2");
+    world.write("VarFocusBugCommitLimits", "1");
+    EXPECT_EQ(world.get("VarFocusBugLimitsValid"), "0");
+    world.write("VarFocusBugUpperLimitSet", "4");
+    world.write("VarFocusBugCommitLimits", "1");
+    EXPECT_EQ(world.get("VarFocusBugCommitLimits"), "0");
+    world.write("VarFocusBugLimitActiveSet", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarFocusBugUIUpperLimit"), "4.00 m");
+    EXPECT_EQ(world.get("VarFocusBugDistance1State"), "3");
+    world.write("VarDisplayUnit", "Feet");
+    world.write("VarFocusBugClearLimits", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarFocusBugDistance1State"), "2");
+    EXPECT_EQ(world.get("VarFocusBugUIUpperLimit"), "");
+}
+
+TEST(DepthCamera, DrawsWhereThePictureLiesAndRefusesARangeThatIsNone) {
+    World world;
+    EXPECT_EQ(world.get("VarCdmCoordinatesList[0].Valid"), "0");
+    world.act("depth-camera", "connected", true);
+    world.act("depth-camera", "subject", 4);
+    world.write("VarCdmAutoValue", "1");
+    EXPECT_EQ(world.get("VarCdmNearDistance"), "2");
+    world.write("VarCdmAddDistanceValue", "1");
+    EXPECT_GT(world.number("VarCdmDataPointValue"), 240);
+    EXPECT_EQ(world.get("VarCdmDataPointIndex"), "21");
+    world.write("VarCdmFarDistance", "1");
+    world.write("VarCdmRequestPacket", "1");
+    EXPECT_EQ(world.get("VarCdmFarDistance"), "10");
+}
+
+TEST(Cinefade, TurnsByKeysAndControlsWithinItsEnds) {
+    World world;
+    world.act("motors", "cinefade", "ready");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarCinefadeAvailable"), "1");
+    world.write("VarCinefadeFilterIncActive", "1");
+    world.run(1);
+    world.write("VarCinefadeSetToggle", "1");
+    world.run(1);
+    world.write("VarCinefadeFilterIncActive", "0");
+    world.write("VarCinefadeSetToggle", "1");
+    EXPECT_NEAR(world.number("VarCinefadeStart"), 0.25, 0.01);
+    EXPECT_NEAR(world.number("VarCinefadeEnd"), 0.5, 0.01);
+    world.write("VarCinefadeSafeAreaToggle", "1");
+    world.write("VarKnobAssignment", "Cinefade");
+    world.act("hands", "knob", 0.9);
+    world.run(0.1);
+    EXPECT_NEAR(world.number("VarCinefadeActVal"), 3.5 * 0.5, 0.05);
+    world.act("camera", "camera", "orvo");
+    world.act("camera", "recording", true);
+    world.write("VarCinefadeModeEdit", "RotaPola");
+    world.write("VarCinefadeModeCommit", "1");
+    EXPECT_EQ(world.get("VarCinefadeMode"), "0");
+    EXPECT_EQ(world.get("VarCinefadeError"), "1");
+}
+
+TEST(Diopters, BringTheFocusRangeNearer) {
+    World world;
+    world.act("lens", "lens", "prime-75");
+    world.write("VarLoadDiopterFileName", "internal/diopters/two.diopter");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarDiopterActive"), "1");
+    EXPECT_EQ(world.get("VarDiopterName"), "+2");
+    EXPECT_EQ(world.get("VarDiopterLimitString"), "0.29 m - 0.50 m");
+    EXPECT_EQ(world.get("VarMruDiopterFileListSize"), "1");
+    world.act("lens", "lens", "none");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarDiopterWarningActive"), "1");
+    world.write("VarDiopterClear", "1");
+    EXPECT_EQ(world.get("VarDiopterActive"), "0");
+    world.write("VarLoadDiopterFileName", "internal/lenses/prime-35.lens");
+    EXPECT_EQ(world.get("VarFileNotFound"), "1") << "a lens is no close-up lens";
+}
+
+TEST(Overrides, AreGivenBackAndCaught) {
+    World world;
+    world.act("overrides", "focus", "override");
+    world.act("hands", "knob", 0.9);
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarFocusTargetValue"), "0.5") << "another holds the axis";
+    world.write("VarOverrideFocusToCam", "1");
+    EXPECT_EQ(world.get("VarOverrideFocusForGui"), "0");
+    EXPECT_EQ(world.get("VarOverrideFocusToCam"), "0");
+    world.write("VarNudgeStateSet", "1");
+    EXPECT_EQ(world.get("VarNudgeStateAct"), "1");
+    world.write("VarSDI1ZoomActive", "1");
+    EXPECT_EQ(world.get("VarSDI1ZoomActive"), "0") << "no camera can do it";
+    EXPECT_EQ(world.get("VarCamZoomUserButtonNotSupported"), "1");
+}
+
+TEST(LensProgramming, MeasuresALensThatIsSavedAndLoadedAgain) {
+    World world;
+    world.write("VarLensProgrammingActive", "1");
+    world.write("VarLensProgrammingBrand", "Zeiss");
+    world.write("VarLensProgrammingType", "T2");
+    world.write("VarLensProgrammingFocalLength_Local", "50");
+    world.write("VarLensProgrammingActiveAxis", "Focus");
+    world.write("VarLensProgrammingIncrement", "1");
+    EXPECT_EQ(world.get("VarLensProgrammingIncrement"), "0");
+    EXPECT_FLOAT_EQ(static_cast<float>(world.number("VarLensProgrammingValueMeter")), 0.4F);
+    const auto setAt = [&world](double position) {
+        world.act("hands", "knob", position);
+        world.run(0.1);
+        world.write("VarLensProgrammingSetButtonPressed", "1");
+    };
+    setAt(0.2);
+    EXPECT_FLOAT_EQ(static_cast<float>(world.number("VarLensProgrammingValueMeter")), 0.45F) << "the next one";
+    setAt(0.1);
+    EXPECT_EQ(world.get("VarLensFileInvalidMark"), "1") << "the ring would turn back";
+    setAt(0.6);
+    EXPECT_EQ(world.get("VarLensFileInvalidMark"), "0");
+    EXPECT_EQ(world.get("VarLensProgrammingAxisStage"), "2");
+    EXPECT_EQ(world.get("VarLensTableFocusMeter.ListSize"), "2");
+    world.write("VarLensProgrammingFinishButtonPressed", "1");
+    world.write("VarLensProgrammingSaveButtonPressed", "1");
+    EXPECT_EQ(world.get("VarLensFileSave"), "Zeiss T2 50mm");
+    world.write("VarLensFileAcceptSaveFileName", "1");
+    EXPECT_EQ(world.get("VarLensFileSaveSuccessful"), "1");
+    world.write("VarLensProgrammingSaveButtonPressed", "1");
+    EXPECT_EQ(world.get("VarFileAlreadyExists"), "1");
+    world.write("VarLensFileAcceptSaveFileName", "1");
+    EXPECT_EQ(world.get("VarLensFileSaveSuccessful"), "0") << "nobody has said to overwrite";
+    world.write("VarLensProgrammingActive", "0");
+    world.act("lens", "lens", "prime-35");
+    world.write("VarLoadLensFileName", "internal/lenses/Zeiss T2 50mm.lens");
+    EXPECT_EQ(world.get("VarLensTableFocusMeter.ListSize"), "2");
+    world.act("hands", "knob", 0.2);
+    world.run(0.1);
+    EXPECT_NEAR(world.number("VarLensActFocus"), 0.4, 1e-4);
+    EXPECT_EQ(world.get("VarFocalLength"), "50");
+}
