@@ -27,6 +27,7 @@ const labels: Record<string, string> = {
 /** The sign of a motor's state, as on the unit: a disc when it is ready, a ring when it is not. */
 const motorSigns: Record<string, string> = { ready: "ready", absent: "none", lost: "wrong", error: "wrong" };
 
+const choiceNames: Record<string, string> = { "prime-35": "35 mm", "prime-75": "75 mm", "zoom-25-250": "25–250 mm" };
 /** Numbers that are values of an enum, named as those of this variable are. */
 const wordsLike: Record<string, string> = { "camera.state": "VarCamState", "radio.region": "VarRadioRegion" };
 /** Within a module; others follow by name. */
@@ -104,7 +105,7 @@ function digits(id: string, spoken: string, setting: Setting, change: (value: Va
 
 function choiceKeys(id: string, spoken: string, setting: Setting, change: (value: Value) => void): Row {
   const keys = (setting.choices ?? []).map((choice) => {
-    const key = el("button", { type: "button", role: "radio", tabindex: -1, "data-choice": choice }, words(choice));
+    const key = el("button", { type: "button", role: "radio", tabindex: -1, "data-choice": choice }, choiceNames[choice] ?? words(choice));
     key.addEventListener("click", () => change(choice));
     return key;
   });

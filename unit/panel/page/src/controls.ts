@@ -1,6 +1,6 @@
 // What is turned, pushed and pressed: the knob, the slider, the stick and the force pad.
 import type { Connection } from "./connection";
-import { el, onceAFrame, setText, svg } from "./dom";
+import { el, isTurned, onceAFrame, setText, svg } from "./dom";
 import type { Setting } from "./protocol";
 
 const coarse = 0.01;
@@ -232,7 +232,8 @@ export class Slider extends Positioned {
   private placeOf(event: PointerEvent): number {
     const box = this.track.getBoundingClientRect();
     const thumb = this.thumb.getBoundingClientRect().height;
-    return (box.bottom - thumb / 2 - event.clientY) / (box.height - thumb);
+    const place = (box.bottom - thumb / 2 - event.clientY) / (box.height - thumb);
+    return isTurned() ? 1 - place : place;
   }
 
   private drag(): void {
@@ -341,7 +342,7 @@ export class Springy extends Control {
       x += dx;
       y += dy;
     }
-    this.moveTo(clamp(x, -1, 1), clamp(y, -1, 1));
+    this.moveSeen(clamp(x, -1, 1), clamp(y, -1, 1));
   }
 
   private push(event: PointerEvent, well: HTMLElement): void {
@@ -354,7 +355,12 @@ export class Springy extends Control {
       x /= length;
       y /= length;
     }
-    this.moveTo(x, y);
+    this.moveSeen(x, y);
+  }
+
+  private moveSeen(x: number, y: number): void {
+    if (isTurned()) this.moveTo(-x || 0, -y || 0);
+    else this.moveTo(x, y);
   }
 
   private moveTo(x: number, y: number): void {

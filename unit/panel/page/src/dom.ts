@@ -51,6 +51,18 @@ export function words(name: string): string {
   return text.charAt(0).toUpperCase() + text.slice(1);
 }
 
+let turned = false;
+
+/** The unit is held upside down, as in the left hand: what is seen above lies below on the unit. */
+export function isTurned(): boolean {
+  return turned;
+}
+
+export function turn(upsideDown: boolean): void {
+  turned = upsideDown;
+  document.body.classList.toggle("turned", upsideDown);
+}
+
 /** Runs `action` in the next frame, however often it is wanted until then. */
 export function onceAFrame(action: () => void): () => void {
   let waiting = false;

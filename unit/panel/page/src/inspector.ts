@@ -6,6 +6,8 @@ import type { ValueNews } from "./protocol";
 const mostFound = 50;
 const mostWatched = 40;
 const memoryKey = "tern.watch";
+/** For whoever has not chosen yet. */
+const firstWatched = ["VarFocusTargetValue", "VarIrisTargetValue", "VarFocusMotor.State", "VarFocusMotor.ActPosition", "VarCamState", "VarJoystickY"];
 
 /** One value: its name, what it is now, and what it shall be. */
 class ValueRow {
@@ -105,10 +107,10 @@ export class Inspector {
   /** `also`: what the page itself wants to know. */
   constructor(private readonly connection: Connection, private readonly catalogue: Catalogue, private readonly also: Map<string, (news: ValueNews) => void>) {
     try {
-      const kept = JSON.parse(localStorage.getItem(memoryKey) ?? "[]") as unknown;
+      const kept = JSON.parse(localStorage.getItem(memoryKey) ?? JSON.stringify(firstWatched)) as unknown;
       if (Array.isArray(kept)) this.watched = kept.filter((name): name is string => typeof name === "string").slice(0, mostWatched);
     } catch {
-      this.watched = [];
+      this.watched = firstWatched;
     }
     this.search.addEventListener("input", () => this.show());
     this.search.addEventListener("keydown", (event) => event.stopPropagation());

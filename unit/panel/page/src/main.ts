@@ -3,7 +3,7 @@ import { Catalogue } from "./catalogue";
 import { Connection } from "./connection";
 import { Knob, Slider, Springy } from "./controls";
 import { Display } from "./display";
-import { byId, el, setText } from "./dom";
+import { byId, el, setText, turn } from "./dom";
 import { Inspector } from "./inspector";
 import { Keys } from "./keys";
 import { LogView } from "./logview";
@@ -61,6 +61,7 @@ const also = new Map<string, (news: ValueNews) => void>([
   ["VarKnobAssignment", (news) => knob.nameAxis(wordOf(news))],
   ["VarSliderAssignment", (news) => slider.nameAxis(wordOf(news))],
   ["VarForcePadAssignment", (news) => { controlled.pad = wordOf(news); namePad(); }],
+  ["VarGuiRotate", (news) => turn(news.value === "1")],
   ["VarJoystickControlsGui", (news) => { controlled.stickDrives = news.value === "1"; namePad(); }],
 ]);
 

@@ -1,5 +1,5 @@
 import type { Knob, Slider, Springy } from "./controls";
-import { byId, el } from "./dom";
+import { byId, el, isTurned } from "./dom";
 import type { Keys } from "./keys";
 
 interface Hands {
@@ -27,6 +27,9 @@ const unitKeys: Record<string, string> = {
   KeyF: "function",
   KeyO: "power",
 };
+
+/** Of a unit that is held upside down. */
+const opposite: Record<string, string> = { ul: "lr", um: "lm", ur: "ll", ll: "ur", lm: "um", lr: "ul" };
 
 const stickKeys: Record<string, [number, number]> = {
   ArrowUp: [0, 1],
@@ -97,18 +100,29 @@ export function listenToKeyboard(hands: Hands): void {
     hands.pad.letGo();
   });
 
-  function press(code: string): boolean {
+  const held = new Map<string, string>();
+
+  function keyFor(code: string): string | undefined {
     const key = unitKeys[code];
+    return key && isTurned() ? opposite[key] ?? key : key;
+  }
+
+  function press(code: string): boolean {
+    const key = keyFor(code);
     const lean = stickKeys[code];
     const push = padKeys[code];
-    if (key) hands.keys.hold(key, "keyboard");
+    if (key) {
+      held.set(code, key);
+      hands.keys.hold(key, "keyboard");
+    }
     if (lean) hands.stick.lean(code, ...lean);
     if (push) hands.pad.lean(code, 0, push);
     return Boolean(key ?? lean ?? push);
   }
 
   function lift(code: string): void {
-    const key = unitKeys[code];
+    const key = held.get(code);
+    held.delete(code);
     if (key) hands.keys.release(key, "keyboard");
     hands.stick.relax(code);
     hands.pad.relax(code);

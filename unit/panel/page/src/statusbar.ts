@@ -2,10 +2,41 @@ import type { Connection } from "./connection";
 import { byId, setText } from "./dom";
 import type { Status } from "./protocol";
 
+const samplesKept = 60;
+const fullRate = 60;
+
+/** Drawn frames a second over the last half minute, and where frames were missed. */
+class RateChart {
+  private readonly samples: { rate: number; missed: number }[] = [];
+
+  constructor(private readonly canvas: HTMLCanvasElement) {}
+
+  add(rate: number, missed: number): void {
+    this.samples.push({ rate, missed });
+    if (this.samples.length > samplesKept) this.samples.shift();
+    const context = this.canvas.getContext("2d");
+    if (!context) return;
+    const { width, height } = this.canvas;
+    const step = width / samplesKept;
+    context.clearRect(0, 0, width, height);
+    context.fillStyle = "#282828";
+    for (let x = 0; x < width; x += step) context.fillRect(x, height - 2, step - 2, 2);
+    this.samples.forEach((sample, index) => {
+      const x = (samplesKept - this.samples.length + index) * step;
+      const tall = Math.min(1, sample.rate / fullRate) * (height - 8);
+      context.fillStyle = "#7cc0ff";
+      context.fillRect(x, height - tall, step - 2, tall);
+      context.fillStyle = "#ffc880";
+      if (sample.missed > 0) context.fillRect(x, 0, step - 2, 4);
+    });
+  }
+}
+
 /** The line at the top: which unit, which page, and how its frames go. */
 export class StatusBar {
   private last: { at: number; status: Status } | null = null;
   private linked = false;
+  private readonly chart = new RateChart(byId("rate-chart") as HTMLCanvasElement);
 
   constructor(private readonly connection: Connection) {
     for (const button of byId("steps").querySelectorAll("button"))
@@ -35,9 +66,12 @@ export class StatusBar {
     byId("steps").hidden = status.pacing !== "lockstep";
     if (before) {
       const seconds = (now - before.at) / 1000;
-      const rate = (count: number): string => (seconds > 0.2 ? Math.round(Math.max(0, count) / seconds).toString() : "0");
-      setText(byId("rate"), rate(status.pans - before.status.pans));
-      setText(byId("passes"), rate(status.passes - before.status.passes));
+      // Two may come close to each other when somebody opens another page.
+      const rate = (count: number): number => (seconds > 0.2 ? Math.round(Math.max(0, count) / seconds) : 0);
+      const drawn = rate(status.pans - before.status.pans);
+      setText(byId("rate"), String(drawn));
+      setText(byId("passes"), String(rate(status.passes - before.status.passes)));
+      this.chart.add(drawn, (status.missed ?? 0) - (before.status.missed ?? 0));
     }
     this.showState();
   }

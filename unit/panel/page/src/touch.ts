@@ -1,6 +1,6 @@
 import type { Connection } from "./connection";
 import type { Display } from "./display";
-import { onceAFrame } from "./dom";
+import { isTurned, onceAFrame } from "./dom";
 import type { Point } from "./protocol";
 
 const pinchStart = 60;
@@ -44,10 +44,9 @@ export class Touch {
 
   private pointOf(event: MouseEvent): Point {
     const box = this.display.canvas.getBoundingClientRect();
-    return this.inside([
-      Math.floor(((event.clientX - box.left) / box.width) * this.display.width),
-      Math.floor(((event.clientY - box.top) / box.height) * this.display.height),
-    ]);
+    const x = Math.floor(((event.clientX - box.left) / box.width) * this.display.width);
+    const y = Math.floor(((event.clientY - box.top) / box.height) * this.display.height);
+    return this.inside(isTurned() ? [this.display.width - 1 - x, this.display.height - 1 - y] : [x, y]);
   }
 
   private inside([x, y]: Point): Point {
