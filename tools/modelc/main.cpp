@@ -9,6 +9,7 @@
 
 #include "tools/common/inputerror.h"
 #include "tools/modelc/census.h"
+#include "tools/modelc/description.h"
 #include "tools/modelc/edits.h"
 #include "tools/modelc/emit.h"
 #include "tools/modelc/expand.h"
@@ -109,6 +110,11 @@ int tell(const Options& options, const ModelTree& model, const Lowered& lowered,
     return 0;
 }
 
+void writeDescription(const fs::path& path, const std::string& text) {
+    std::ofstream file(path, std::ios::binary);
+    if (!(file << text << "\n").flush()) throw InputError(path, 0, "this file cannot be written; is there room?");
+}
+
 int run(const Options& options) {
     const Names names = loadNames(options.model);
     Diagnostics diagnostics;
@@ -130,7 +136,10 @@ int run(const Options& options) {
         std::cerr << diagnostics.errorCount() << (diagnostics.errorCount() == 1 ? " error\n" : " errors\n");
         return 1;
     }
-    if (!options.out.empty()) emit(lowered, emitted, options.out);
+    if (!options.out.empty()) {
+        emit(lowered, emitted, options.out);
+        writeDescription(options.out / "description.json", describeModel(model, lowered, names, explanation));
+    }
     return tell(options, model, lowered, names, explanation);
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "unit/ctl/inside/askunit.h"
+#include "unit/ctl/inside/why.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/recording.h"
 #include "unit/ctl/record/verbs.h"
@@ -15,7 +16,7 @@ namespace {
 /// What the command line of these verbs says. It lives as long as the callbacks do.
 struct Given {
     Chosen chosen;
-    std::string file, page;
+    std::string file, page, name;
     bool earlier = false;
     ReplayRequest replay;
     MinimiseRequest minimise;
@@ -71,6 +72,17 @@ void addPageVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
     jump->add_option("page", given->page, "Without it as the product starts by itself");
 }
 
+void addRuleVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
+    add(app, "why", "Which rules decide a widget or a property, with the values in force",
+        [given] { whyVerb(given->chosen.place(), given->name, given->chosen.json()); })
+        ->add_option("place", given->name, "PAGE.WIDGET or PAGE.WIDGET.property")
+        ->required();
+    add(app, "who", "What a variable drives and what writes it",
+        [given] { whoVerb(given->chosen.place(), given->name, given->chosen.json()); })
+        ->add_option("name", given->name)
+        ->required();
+}
+
 }  // namespace
 
 void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
@@ -78,6 +90,7 @@ void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
     given->chosen = chosen;
     addRecordVerbs(app, given);
     addPageVerbs(app, given);
+    addRuleVerbs(app, given);
 }
 
 }  // namespace Unit
