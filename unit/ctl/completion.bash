@@ -8,7 +8,7 @@ _unitctl() {
         --instance)
             unit=(--instance "${COMP_WORDS[++i]}")
             ;;
-        --scene | --ms | -n) ((i++)) ;;
+        --scene | --ms | --port | -n) ((i++)) ;;
         -*) ;;
         *)
             verb="${COMP_WORDS[i]}"
@@ -34,7 +34,9 @@ _unitctl() {
         hostile) words="off split storm unknown deaf silent torn truncate header restart" ;;
         scene) words="$("$ctl" complete scenes 2>/dev/null)" ;;
         trace) words="draw event var page" ;;
-        start | run) words="--scene --lockstep --no-server" ;;
+        start) words="--scene --lockstep --no-server --panel --port" ;;
+        run) words="--scene --lockstep --no-server --no-panel --port" ;;
+        panel) words="--port" ;;
         esac
         ;;
     esac
