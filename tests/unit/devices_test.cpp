@@ -225,3 +225,54 @@ TEST(LensProgramming, MeasuresALensThatIsSavedAndLoadedAgain) {
     EXPECT_NEAR(world.number("VarLensActFocus"), 0.4, 1e-4);
     EXPECT_EQ(world.get("VarFocalLength"), "50");
 }
+
+TEST(Rings, AreProgrammedSavedSentAndDrawn) {
+    World world;
+    world.act("files", "usb", true);
+    world.write("VarRingProgrammingActive", "1");
+    const auto markAt = [&world](double position, const char* metres) {
+        world.act("hands", "knob", position);
+        world.run(0.05);
+        world.write("VarRingProgrammingEditMajor", metres);
+        world.write("VarRingProgrammingEditCommit", "1");
+        world.write("VarRingProgrammingMultiInputPressed", "1");
+        world.run(0.05);
+    };
+    markAt(0.2, "1");
+    markAt(0.6, "3");
+    EXPECT_EQ(world.get("VarRingTableValueListSize"), "2");
+    EXPECT_EQ(world.get("VarRingProgrammingValueAlreadyAdded"), "1");
+    markAt(0.4, "5");
+    EXPECT_EQ(world.get("VarRingProgrammingInvalidMark"), "1") << "a ring rises";
+    markAt(0.62, "4");
+    EXPECT_EQ(world.get("VarRingTableValueListSize"), "3");
+    world.act("hands", "knob", 0.2);
+    world.run(0.05);
+    world.write("VarRingProgrammingMultiInputPressed", "1");
+    EXPECT_EQ(world.get("VarRingTableValueListSize"), "2") << "on a mark it takes it away";
+    world.write("VarRingProgrammingFileName", "MINE");
+    EXPECT_EQ(world.get("VarRingFileCheckDone"), "1");
+    world.write("VarRingFileAcceptSaveFileName", "1");
+    EXPECT_EQ(world.get("VarRingFileSaveSuccessful"), "1");
+    EXPECT_EQ(world.get("VarActiveRingFileName"), "internal/rings/MINE.ring");
+    world.write("VarRingProgrammingUploadStart", "1");
+    EXPECT_EQ(world.get("VarLastCommandResult"), "1");
+    world.run(3.1);
+    EXPECT_EQ(world.get("VarRingProgrammingDone"), "1");
+    EXPECT_EQ(world.get("VarRingProgrammingUploadStart"), "0");
+    world.write("VarRingProgrammingUploadStart", "1");
+    world.write("VarRingUploadCancel", "1");
+    EXPECT_EQ(world.get("VarRingProgrammingDone"), "0");
+    world.write("VarSvgExportActive", "1");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarSvgMinorValueListSize"), "1");
+    world.write("VarSvgExportStart", "1");
+    EXPECT_TRUE(std::filesystem::exists(World::folder() / "files/usb/Orvo/Tern/RINGS/MINE.svg"));
+    world.write("VarCustomRingAction", "Delete");
+    world.write("VarCustomRingActionStart", "1");
+    EXPECT_FALSE(std::filesystem::exists(World::folder() / "files/internal/rings/MINE.ring"));
+    world.write("VarCustomRingImportStart", "1");
+    EXPECT_TRUE(std::filesystem::exists(World::folder() / "files/internal/rings/prime-35.ring"));
+    world.write("VarActiveRingFileName", "usb/lenses/broken.lens");
+    EXPECT_EQ(world.get("VarCustomRingInvalidFile"), "1");
+}

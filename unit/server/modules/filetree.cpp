@@ -37,7 +37,8 @@ void FileTree::makeSamples() const {
     if (fs::exists(usb())) return;
     write(usb() / "lenses" / "rental" / "prime-75.lens", lensFile(*findLens("prime-75")));
     write(usb() / "lenses" / "broken.lens", "this is no lens");
-    write(usb() / "rings" / "prime-35.ring", "{}");
+    write(usb() / "rings" / "prime-35.ring",
+          R"({"ring": "P35", "axis": 0, "marks": [[0.1, 0.4], [0.4, 1], [0.9, 5]]})");
     write(usb() / "firmware" / "hand-0.2.0.fw", "{\"version\": \"0.2.0\", \"device\": \"hand\"}");
     write(usb() / "firmware" / "damaged.fw", "damaged");
 }

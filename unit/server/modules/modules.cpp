@@ -17,6 +17,7 @@
 #include "unit/server/modules/overrides.h"
 #include "unit/server/modules/power.h"
 #include "unit/server/modules/radio.h"
+#include "unit/server/modules/rings.h"
 #include "unit/server/modules/setups.h"
 #include "unit/server/modules/stopwatch.h"
 #include "unit/server/modules/system.h"
@@ -60,12 +61,14 @@ std::vector<std::unique_ptr<Module>> makeModules(Store& store, const Surrounding
     add<Clock>(modules, store, surroundings.wallClock);
     add<Stopwatch>(modules, store);
     auto& diopters = add<Diopters>(modules, store, tree, [&lens] { return lens.closest(); });
+    auto& rings = add<Rings>(modules, store, tree);
     add<Distance>(modules, store, [&lens](double metres) { return lens.positionOf(metres); });
     add<DepthCamera>(modules, store);
     add<Cinefade>(modules, store);
     add<Overrides>(modules, store);
     add<Bluetooth>(modules, store);
-    add<Files>(modules, store, tree, std::array<Files::Loader, 4>{loaderOf(lens), {}, {}, loaderOf(diopters)});
+    add<Files>(modules, store, tree,
+               std::array<Files::Loader, 4>{loaderOf(lens), loaderOf(rings), {}, loaderOf(diopters)});
     add<Setups>(modules, store, tree);
     add<Update>(modules, store, tree);
     return modules;
