@@ -71,14 +71,19 @@ struct IndexExpr {
     ExprPtr row;
     std::string field;
 };
-/// VALUE as "format" [match "expression"]; as time "..."; as unixtime "...".
+/// VALUE as "format" [match "expression"]; as time "..."; as unixtime "..."; as metres; as feet.
 struct FormatExpr {
-    enum class Kind { Printf, Time, UnixTime };
+    enum class Kind { Printf, Time, UnixTime, Metres, Feet };
     Kind kind;
     ExprPtr value;
     std::string format;
     Span formatSpan;
     std::string match;
+};
+/// place of VALUE in TABLE
+struct PlaceExpr {
+    ExprPtr value;
+    ExprPtr table;
 };
 struct ListExpr {
     std::vector<ExprPtr> items;
@@ -87,7 +92,7 @@ struct ListExpr {
 struct Expr {
     Span span;
     std::variant<BoolLiteral, IntLiteral, FloatLiteral, StringLiteral, ColorLiteral, NameExpr, UnaryExpr, BinaryExpr,
-                 ChooseExpr, NightDayExpr, CallExpr, IndexExpr, FormatExpr, ListExpr>
+                 ChooseExpr, NightDayExpr, CallExpr, IndexExpr, FormatExpr, PlaceExpr, ListExpr>
         node;
 };
 
@@ -212,10 +217,17 @@ struct ConstDecl {
     Name name;
     ExprPtr value;
 };
+/// What a list of exports holds at one place: a target, or  for NAMES in ITEMS: target  with repetitions inside each
+/// other.
+struct ExportItem {
+    std::vector<ForDecl> loops;  ///< without bodies, the outermost first
+    ExprPtr target;
+};
 struct ExportDecl {
     Name name;
-    std::vector<ExprPtr> targets;
+    std::vector<ExportItem> items;
     bool isList;
+    std::vector<ExprPtr> targets = {};  ///< what the items come to
 };
 /// style night when CONDITION
 struct StyleDecl {

@@ -123,7 +123,8 @@ class Expander {
     void finishGlobals() {
         const Substitution substitute(globals_, diagnostics_);
         for (auto& [name, rule] : tree_.rules) rule.value = substitute(rule.value);
-        for (auto& decl : tree_.exports) decl.targets = substitute(decl.targets);
+        for (auto& decl : tree_.exports)
+            for (const auto& item : decl.items) exported(decl, item, 0, globals_);
         for (auto& decl : tree_.registrations) decl.names = substitute(decl.names);
         if (tree_.night != nullptr) tree_.night = substitute(tree_.night);
         for (auto& decl : tree_.edits) {
@@ -134,6 +135,15 @@ class Expander {
                 row.source = substitute(row.source);
             }
         }
+    }
+
+    /// Puts what an item comes to behind the targets, from its repetition `loop` inwards.
+    void exported(ExportDecl& decl, const ExportItem& item, std::size_t loop, const Bindings& bindings) {
+        if (loop == item.loops.size()) {
+            if (!tooMany(item.target->span)) decl.targets.push_back(Substitution(bindings, diagnostics_)(item.target));
+            return;
+        }
+        forEach(item.loops[loop], bindings, [&](const Bindings& inner) { exported(decl, item, loop + 1, inner); });
     }
 
     // Members.
@@ -234,6 +244,11 @@ class Expander {
     }
 
     void repetition(const ForDecl& decl, const Bindings& bindings, Place& place) {
+        forEach(decl, bindings, [&](const Bindings& inner) { expandMembers(decl.body, inner, place); });
+    }
+
+    /// Calls `what` with the names of each item bound.
+    void forEach(const ForDecl& decl, const Bindings& bindings, const std::function<void(const Bindings&)>& what) {
         const Substitution substitute(bindings, diagnostics_);
         std::vector<std::vector<ExprPtr>> items;
         if (decl.from != nullptr) {
@@ -254,7 +269,7 @@ class Expander {
             }
             Bindings inner(&bindings);
             for (std::size_t i = 0; i < item.size(); ++i) inner.bind(decl.names[i].text, item[i]);
-            expandMembers(decl.body, inner, place);
+            what(inner);
             if (members_ >= maxMembers) return;
         }
     }

@@ -149,6 +149,8 @@ ExprPtr ExpressionParser::format(ExprPtr value) {
         expr.kind = FormatExpr::Kind::Time;
     else if (acceptWord("unixtime"))
         expr.kind = FormatExpr::Kind::UnixTime;
+    else if (peek().isWord("metres") || peek().isWord("feet"))
+        return length(std::move(expr));
     if (peek().kind != TokenKind::String)
         fail(peek().span, "a format is expected behind 'as'", "for instance  VarRadioChannel as \"%02i\"");
     expr.format = peek().text;
@@ -158,6 +160,26 @@ ExprPtr ExpressionParser::format(ExprPtr value) {
         expr.match = advance().text;
     }
     const Span span = join(expr.value->span, last().span);
+    return make(span, std::move(expr));
+}
+
+/// A length has its own form.
+ExprPtr ExpressionParser::length(FormatExpr expr) {
+    const Token& word = advance();
+    expr.kind = word.isWord("feet") ? FormatExpr::Kind::Feet : FormatExpr::Kind::Metres;
+    expr.format = word.text;
+    expr.formatSpan = word.span;
+    const Span span = join(expr.value->span, word.span);
+    return make(span, std::move(expr));
+}
+
+ExprPtr ExpressionParser::place() {
+    const Token& word = advance();
+    advance();
+    PlaceExpr expr{postfix(), {}};
+    expectWord("in", "between the value and the table of a scale");
+    expr.table = postfix();
+    const Span span = join(word.span, expr.table->span);
     return make(span, std::move(expr));
 }
 
@@ -192,6 +214,7 @@ ExprPtr ExpressionParser::dottedName() {
         return make(token.span, BoolLiteral{token.text == "true"});
     }
     if (peek().isWord("choose") && peek(1).is("{")) return choose();
+    if (peek().isWord("place") && peek(1).isWord("of")) return place();
     if (peek().isWord("night") && !peek(1).is(":")) return nightDay();
     const Token& first = advance();
     NameExpr expr{{first.text}};

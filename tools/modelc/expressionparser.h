@@ -66,6 +66,8 @@ class ExpressionParser {
     ExprPtr dottedName();
     ExprPtr choose();
     ExprPtr nightDay();
+    ExprPtr length(FormatExpr expr);
+    ExprPtr place();
     ExprPtr format(ExprPtr value);
 
     std::vector<Token> tokens_;

@@ -46,8 +46,7 @@ std::string WidgetLowering::tableSource(Widget& widget) {
         return "nullptr";
     }
     context_.observe(variable, widget.address, widget.path + ".table");
-    const std::string cls = "Engine::ArrayTableSource<Backend::ArrayVar>";
-    return unit_.intern(cls, "tableSources", cls + "(" + variable->address + ")");
+    return tableSourceOf(unit_, *variable);
 }
 
 /// A variable that the widget writes.

@@ -27,6 +27,11 @@ std::string arrayName(Type type, std::string_view plural) {
     return result + std::string(plural.substr(1));
 }
 
+std::string tableSourceOf(LoweredUnit& unit, const VariableInfo& table) {
+    const std::string cls = "Engine::ArrayTableSource<Backend::ArrayVar>";
+    return unit.intern(cls, "tableSources", cls + "(" + table.address + ")");
+}
+
 std::string ValueLowering::result(Type type, const std::string& code) {
     const std::string cls = templateOf("Result", type);
     return unit_.intern(cls, arrayName(type, "results"), cls + "(" + code + ")");
@@ -100,7 +105,12 @@ std::string ValueLowering::provider(const Value& value) {
                    },
                    // Formats and filled texts are no providers: a label's content is lowered with the label.
                    [](const FormattedValue&) { return std::string("nullptr"); },
-                   [](const FilledValue&) { return std::string("nullptr"); }},
+                   [](const FilledValue&) { return std::string("nullptr"); },
+                   [&](const PlaceValue& node) {
+                       return unit_.intern("Engine::ScalePlace", "places",
+                                           "Engine::ScalePlace(" + tableSourceOf(unit_, *node.table) + ", " +
+                                               provider(*node.source) + ")");
+                   }},
         value.node);
 }
 

@@ -44,4 +44,7 @@ class ValueLowering {
 /// "ColorChoices" and the like: the arrays of one class for one type.
 std::string arrayName(Type type, std::string_view plural);
 
+/// The engine's view of a table: one in a unit, whoever shows it.
+std::string tableSourceOf(LoweredUnit& unit, const VariableInfo& table);
+
 }  // namespace Modelc

@@ -434,6 +434,11 @@ std::string WidgetLowering::formatProvider(const FormattedValue& node, const std
     if (node.kind == FormattedValue::Kind::Time) {
         address = unit_.add("Engine::TimeStringProvider", "timeStrings",
                             "Engine::TimeStringProvider(" + format + ", " + source + ", " + storage + ")");
+    } else if (node.kind == FormattedValue::Kind::Metres || node.kind == FormattedValue::Kind::Feet) {
+        const std::string system = node.kind == FormattedValue::Kind::Feet ? "Feet" : "Metres";
+        address = unit_.add("Engine::LengthStringProvider", "lengthStrings",
+                            "Engine::LengthStringProvider(Engine::LengthStringProvider::System::" + system + ", " +
+                                source + ", " + storage + ")");
     } else {
         const std::string cls = "Engine::StringProvider<" + std::string(cppType(type)) + ">";
         address = unit_.add(cls, arrayName(type, "strings"),

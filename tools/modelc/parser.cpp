@@ -103,11 +103,23 @@ class Parser : private ExpressionParser {
         expect("=", "before what is exported");
         decl.isList = accept("[");
         if (!decl.isList) {
-            decl.targets.push_back(expression());
+            decl.items.push_back({{}, expression()});
             return decl;
         }
-        decl.targets = listUntil("]");
+        while (!peek().is("]") && !atEnd()) {
+            decl.items.push_back(exportItem());
+            if (!accept(",")) break;
+        }
+        expect("]", "to close the list");
         return decl;
+    }
+
+    ExportItem exportItem() {
+        ExportItem item;
+        while (acceptWord("for")) item.loops.push_back(forHead());
+        if (!item.loops.empty()) expect(":", "between the repetitions and what is exported");
+        item.target = expression();
+        return item;
     }
 
     StyleDecl styleDecl() {
@@ -277,7 +289,7 @@ class Parser : private ExpressionParser {
 
     UserActionDecl userActionDecl() {
         UserActionDecl decl;
-        if (peek().kind == TokenKind::Integer) decl.index = primary();
+        if (peek().kind == TokenKind::Integer || peek(1).kind == TokenKind::Name) decl.index = primary();
         decl.name = name("the user action's name");
         expect("{", "before the user action's lists");
         while (!peek().is("}") && !atEnd()) {
@@ -302,6 +314,12 @@ class Parser : private ExpressionParser {
     }
 
     ForDecl forDecl() {
+        ForDecl decl = forHead();
+        decl.body = block();
+        return decl;
+    }
+
+    ForDecl forHead() {
         ForDecl decl;
         do decl.names.push_back(name("the name that is repeated"));
         while (accept(","));
@@ -315,7 +333,6 @@ class Parser : private ExpressionParser {
             while (accept(","))
                 if (ExprPtr item = forItem(decl)) decl.items.push_back({std::move(item)});
         }
-        decl.body = block();
         return decl;
     }
 

@@ -62,6 +62,7 @@ ValuePtr Resolver::value(const ExprPtr& unfolded, Type type) {
     if (const auto* node = std::get_if<ChooseExpr>(&expr->node)) return choice(*node, span, type);
     if (const auto* node = std::get_if<NightDayExpr>(&expr->node)) return nightDay(*node, span, type);
     if (const auto* node = std::get_if<NameExpr>(&expr->node)) return named(*expr, *node, type);
+    if (const auto* node = std::get_if<PlaceExpr>(&expr->node)) return placeOnScale(*node, span, type);
     if (const auto* node = std::get_if<IndexExpr>(&expr->node)) {
         const VariableInfo* found = cell(*expr, *node);
         return found != nullptr ? variableValue(*found, span, type) : nullptr;
@@ -109,6 +110,18 @@ ValuePtr Resolver::nightDay(const NightDayExpr& pair, Span span, Type type) {
     ValuePtr when = condition(model_.night);
     if (night == nullptr || day == nullptr || when == nullptr) return nullptr;
     return make(type, span, ChoiceValue{{{std::move(when), std::move(night)}, {nullptr, std::move(day)}}});
+}
+
+ValuePtr Resolver::placeOnScale(const PlaceExpr& place, Span span, Type type) {
+    if (type != Type::Float) return mismatch(span, "a place on a scale", type, "a place is a fraction of the scale");
+    ValuePtr source = value(place.value, Type::Float);
+    const VariableInfo* table = variable(place.table);
+    if (source == nullptr || table == nullptr) return nullptr;
+    if (table->kind != VariableKind::Table) {
+        diagnostics_.error(place.table->span, "'" + table->name + "' is no table", "name the rows of a scale");
+        return nullptr;
+    }
+    return make(Type::Float, span, PlaceValue{table, std::move(source)});
 }
 
 ValuePtr Resolver::named(const Expr& expr, const NameExpr& name, Type type) {
@@ -244,6 +257,12 @@ ValuePtr Resolver::part(const ExprPtr& expr) {
 
 ValuePtr Resolver::formatted(const Expr& expr, const FormatExpr& node) {
     ValuePtr source;
+    if (node.kind == FormatExpr::Kind::Metres || node.kind == FormatExpr::Kind::Feet) {
+        source = value(node.value, Type::Float);
+        if (source == nullptr) return nullptr;
+        const auto length = static_cast<FormattedValue::Kind>(node.kind);
+        return make(Type::String, expr.span, FormattedValue{length, std::move(source), node.format, {}});
+    }
     if (couldBeVariable(node.value)) {
         const VariableInfo* found = variable(node.value);
         if (found == nullptr) return nullptr;

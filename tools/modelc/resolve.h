@@ -35,6 +35,7 @@ class Resolver {
   private:
     ValuePtr choice(const ChooseExpr& choose, Span span, Type type);
     ValuePtr nightDay(const NightDayExpr& pair, Span span, Type type);
+    ValuePtr placeOnScale(const PlaceExpr& place, Span span, Type type);
     ValuePtr named(const Expr& expr, const NameExpr& name, Type type);
     ValuePtr rule(const std::string& name, Span span, Type type);
     ValuePtr variableValue(const VariableInfo& variable, Span span, Type type);

@@ -110,6 +110,8 @@ ExprPtr Substitution::operator()(const ExprPtr& expr) const {
     if (const auto* format = std::get_if<FormatExpr>(&expr->node))
         return make(span,
                     FormatExpr{format->kind, self(format->value), format->format, format->formatSpan, format->match});
+    if (const auto* place = std::get_if<PlaceExpr>(&expr->node))
+        return make(span, PlaceExpr{self(place->value), self(place->table)});
     if (const auto* list = std::get_if<ListExpr>(&expr->node)) return make(span, ListExpr{self(list->items)});
     return expr;
 }

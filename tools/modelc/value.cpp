@@ -59,6 +59,10 @@ void read(const ValuePtr& value, std::vector<const VariableInfo*>& list) {
                           [&](const FilledValue& node) {
                               read(node.text, list);
                               for (const auto& part : node.parts) read(part, list);
+                          },
+                          [&](const PlaceValue& node) {
+                              read(node.source, list);
+                              add(list, node.table);
                           }},
                value->node);
 }
@@ -124,28 +128,29 @@ std::vector<const VariableInfo*> readVariables(const Value& value) {
 
 std::string describe(const Value& value) {
     return std::visit(
-        Overloaded{[](const ConstantValue& node) { return node.text; },
-                   [](const VariableValue& node) { return node.variable->name; },
-                   [](const CompareValue& node) {
-                       return describe(*node.left) + " " + std::string(operatorText(node.op)) + " " + node.right.text;
-                   },
-                   [](const NotValue& node) { return "!" + describe(*node.operand); },
-                   [](const JunctionValue& node) {
-                       std::string result = "(";
-                       for (const auto& operand : node.operands)
-                           result += (result.size() > 1 ? (node.isAnd ? " && " : " || ") : "") + describe(*operand);
-                       return result + ")";
-                   },
-                   [](const ChoiceValue& node) { return describeChoice(node); },
-                   [](const RuleValue& node) { return node.name; },
-                   [](const EnumTextValue& node) { return "text of " + node.variable->name; },
-                   [](const FormattedValue& node) { return describe(*node.source) + " as \"" + node.format + "\""; },
-                   [](const FilledValue& node) {
-                       std::string result = describe(*node.text) + "(";
-                       for (const auto& part : node.parts)
-                           result += (result.back() != '(' ? ", " : "") + describe(*part);
-                       return result + ")";
-                   }},
+        Overloaded{
+            [](const ConstantValue& node) { return node.text; },
+            [](const VariableValue& node) { return node.variable->name; },
+            [](const CompareValue& node) {
+                return describe(*node.left) + " " + std::string(operatorText(node.op)) + " " + node.right.text;
+            },
+            [](const NotValue& node) { return "!" + describe(*node.operand); },
+            [](const JunctionValue& node) {
+                std::string result = "(";
+                for (const auto& operand : node.operands)
+                    result += (result.size() > 1 ? (node.isAnd ? " && " : " || ") : "") + describe(*operand);
+                return result + ")";
+            },
+            [](const ChoiceValue& node) { return describeChoice(node); },
+            [](const RuleValue& node) { return node.name; },
+            [](const EnumTextValue& node) { return "text of " + node.variable->name; },
+            [](const FormattedValue& node) { return describe(*node.source) + " as \"" + node.format + "\""; },
+            [](const FilledValue& node) {
+                std::string result = describe(*node.text) + "(";
+                for (const auto& part : node.parts) result += (result.back() != '(' ? ", " : "") + describe(*part);
+                return result + ")";
+            },
+            [](const PlaceValue& node) { return "place of " + describe(*node.source) + " in " + node.table->name; }},
         value.node);
 }
 

@@ -81,11 +81,16 @@ struct EnumTextValue {
 };
 /// A value through a format, and a filter behind it (empty: none).
 struct FormattedValue {
-    enum class Kind { Printf, Time, UnixTime };
+    enum class Kind { Printf, Time, UnixTime, Metres, Feet };
     Kind kind;
     ValuePtr source;
     std::string format;
     std::string match;
+};
+/// The place of a float on the scale of a table.
+struct PlaceValue {
+    const VariableInfo* table;
+    ValuePtr source;
 };
 /// A text of the tables whose holes are filled.
 struct FilledValue {
@@ -97,7 +102,7 @@ struct Value {
     Type type;
     Span span;
     std::variant<ConstantValue, VariableValue, CompareValue, NotValue, JunctionValue, ChoiceValue, RuleValue,
-                 EnumTextValue, FormattedValue, FilledValue>
+                 EnumTextValue, FormattedValue, FilledValue, PlaceValue>
         node;
 
     const ConstantValue* constant() const { return std::get_if<ConstantValue>(&node); }

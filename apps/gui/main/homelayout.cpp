@@ -61,8 +61,11 @@ void place(Engine::Painter& painter, const AxisLabel& axis, int column, Align el
     Engine::Label& label = *axis.label;
     const int text = textWidth(painter, label) + 2 * label.padding();
     const Places places = placesIn(column, text, label.width(), widestShown(axis.frames));
-    label.setHorizontalAlign(alignOf(column, elsewhere));
-    label.setX(pixels(places.label));
+    const Align align = alignOf(column, elsewhere);
+    // Centred in its own width a text would stand half of what is left beside its place.
+    const int spare = align == Align::Centre ? (label.width() - text) / 2 : 0;
+    label.setHorizontalAlign(align);
+    label.setX(pixels(places.label - spare));
     for (Engine::Widget* frame : axis.frames) frame->setX(pixels(places.frames));
 }
 

@@ -16,6 +16,7 @@ Engine::Color markerColor(int setting, std::size_t marker) {
     return colors[one ? static_cast<std::size_t>(setting - 1) : marker % colors.size()];
 }
 
-void paintMarkers(std::span<Engine::Widget* const> markers, int setting) {
-    for (std::size_t i = 0; i < markers.size(); ++i) markers[i]->setForeground(markerColor(setting, i));
+void paintMarkers(std::span<Engine::Widget* const> pieces, int setting, std::size_t first) {
+    for (std::size_t i = 0; i < pieces.size(); ++i)
+        pieces[i]->setForeground(markerColor(setting, first + i % markersOfAxis));
 }

@@ -13,5 +13,9 @@ class Widget;
 /// by its place in the list, the next one.
 Engine::Color markerColor(int setting, std::size_t marker);
 
-/// Gives each marker its colour.
-void paintMarkers(std::span<Engine::Widget* const> markers, int setting);
+/// A lens axis has so many markers.
+constexpr std::size_t markersOfAxis = 8;
+
+/// Gives the markers of an axis their colours. `pieces` holds them in order, once for each place where they are drawn;
+/// `first` is the number of the axis's first marker.
+void paintMarkers(std::span<Engine::Widget* const> pieces, int setting, std::size_t first = 0);

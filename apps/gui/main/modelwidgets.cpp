@@ -1,9 +1,34 @@
 #include "apps/gui/main/modelwidgets.h"
 
+#include <algorithm>
+#include <array>
+
 #include "model.h"
 
+namespace {
+
+/// The model's list of widgets of one class as a list of widgets, which stays.
+template <const auto& list>
+std::span<Engine::Widget* const> widgetsOf() {
+    static const auto widgets = [] {
+        std::array<Engine::Widget*, std::size(list)> result;
+        std::copy(std::begin(list), std::end(list), result.begin());
+        return result;
+    }();
+    return widgets;
+}
+
+}  // namespace
+
 HomeWidgets ModelWidgets::home() {
-    return {};
+    HomeWidgets widgets;
+    std::copy(std::begin(Model::homeRows), std::end(Model::homeRows), widgets.rows.begin());
+    widgets.rowFrame = Model::homeRowFrame;
+    for (std::size_t axis = 0; axis < widgets.axes.size(); ++axis) {
+        widgets.axes[axis] = {Model::homeLower[axis], widgetsOf<Model::homeLowerSigns>().subspan(axis, 1)};
+        widgets.softKeys[axis] = {Model::homeUpper[axis], {}};
+    }
+    return widgets;
 }
 
 MessageWidgets ModelWidgets::message() {
@@ -15,5 +40,9 @@ MessageWidgets ModelWidgets::message() {
 }
 
 LensWidgets ModelWidgets::lens() {
-    return {};
+    LensWidgets widgets;
+    widgets.internalMarkers = {widgetsOf<Model::focusMarks>(), widgetsOf<Model::irisMarks>(),
+                               widgetsOf<Model::zoomMarks>()};
+    widgets.externalMarkers = widgetsOf<Model::sensorMarks>();
+    return widgets;
 }

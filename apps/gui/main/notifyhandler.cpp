@@ -136,7 +136,9 @@ bool NotifyHandler::handleLensLooks(std::uint32_t id) {
     using namespace Places;
     switch (id) {
         case VarLensMarkerColorInternal.id:
-            paintMarkers(lens_.internalMarkers, Area::number(VarLensMarkerColorInternal));
+            for (std::size_t axis = 0; axis < lens_.internalMarkers.size(); ++axis)
+                paintMarkers(lens_.internalMarkers[axis], Area::number(VarLensMarkerColorInternal),
+                             axis * markersOfAxis);
             return true;
         case VarLensMarkerColorExternal.id:
             paintMarkers(lens_.externalMarkers, Area::number(VarLensMarkerColorExternal));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <span>
 
@@ -22,8 +23,9 @@ class Widget;
 
 /// The widgets of lens scales whose looks are settings. All may be missing.
 struct LensWidgets {
-    std::span<Engine::Widget* const> internalMarkers;  ///< 24
-    std::span<Engine::Widget* const> externalMarkers;  ///< 8
+    // As paintMarkers takes them.
+    std::array<std::span<Engine::Widget* const>, 3> internalMarkers;  ///< of focus, iris and zoom
+    std::span<Engine::Widget* const> externalMarkers;
     ScaleMarks majorMarks;
     ScaleMarks minorMarks;
 };
