@@ -22,6 +22,7 @@
 #include "embedded-gui-engine/groupeventmatcher.h"
 #include "embedded-gui-engine/historyclear.h"
 #include "embedded-gui-engine/historygoback.h"
+#include "embedded-gui-engine/hundredthsstringprovider.h"
 #include "embedded-gui-engine/icon.h"
 #include "embedded-gui-engine/label.h"
 #include "embedded-gui-engine/lengthstringprovider.h"

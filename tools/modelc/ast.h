@@ -71,9 +71,9 @@ struct IndexExpr {
     ExprPtr row;
     std::string field;
 };
-/// VALUE as "format" [match "expression"]; as time "..."; as unixtime "..."; as metres; as feet.
+/// VALUE as "format" [match "expression"]; as time "..."; as unixtime "..."; as metres; as feet; as hundredths.
 struct FormatExpr {
-    enum class Kind { Printf, Time, UnixTime, Metres, Feet };
+    enum class Kind { Printf, Time, UnixTime, Metres, Feet, Hundredths };
     Kind kind;
     ExprPtr value;
     std::string format;

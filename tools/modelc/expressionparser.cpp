@@ -149,8 +149,8 @@ ExprPtr ExpressionParser::format(ExprPtr value) {
         expr.kind = FormatExpr::Kind::Time;
     else if (acceptWord("unixtime"))
         expr.kind = FormatExpr::Kind::UnixTime;
-    else if (peek().isWord("metres") || peek().isWord("feet"))
-        return length(std::move(expr));
+    else if (peek().isWord("metres") || peek().isWord("feet") || peek().isWord("hundredths"))
+        return measure(std::move(expr));
     if (peek().kind != TokenKind::String)
         fail(peek().span, "a format is expected behind 'as'", "for instance  VarRadioChannel as \"%02i\"");
     expr.format = peek().text;
@@ -163,10 +163,12 @@ ExprPtr ExpressionParser::format(ExprPtr value) {
     return make(span, std::move(expr));
 }
 
-/// A length has its own form.
-ExprPtr ExpressionParser::length(FormatExpr expr) {
+/// A measure has its own form.
+ExprPtr ExpressionParser::measure(FormatExpr expr) {
     const Token& word = advance();
-    expr.kind = word.isWord("feet") ? FormatExpr::Kind::Feet : FormatExpr::Kind::Metres;
+    expr.kind = word.isWord("feet")     ? FormatExpr::Kind::Feet
+                : word.isWord("metres") ? FormatExpr::Kind::Metres
+                                        : FormatExpr::Kind::Hundredths;
     expr.format = word.text;
     expr.formatSpan = word.span;
     const Span span = join(expr.value->span, word.span);

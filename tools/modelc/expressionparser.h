@@ -66,7 +66,7 @@ class ExpressionParser {
     ExprPtr dottedName();
     ExprPtr choose();
     ExprPtr nightDay();
-    ExprPtr length(FormatExpr expr);
+    ExprPtr measure(FormatExpr expr);
     ExprPtr place();
     ExprPtr format(ExprPtr value);
 

@@ -27,7 +27,10 @@ class Linter {
         events();
         touches();
         for (const auto& unit : model_.units)
-            if (unit->kind == UnitNode::Kind::Page) outside(unit->root, 0, 0, unit->name.text);
+            if (unit->kind == UnitNode::Kind::Page) {
+                outside(unit->root, 0, 0, unit->name.text);
+                notBuilt(unit->root, *unit);
+            }
         return std::move(findings_);
     }
 
@@ -115,6 +118,16 @@ class Linter {
                    "this touch target is " + std::to_string(*width) + " x " + std::to_string(*height) +
                        " pixels, and a finger needs 30",
                    touch.span);
+        }
+    }
+
+    void notBuilt(const ObjectNode& parent, const UnitNode& unit) {
+        for (const auto& child : parent.children) {
+            const PropertyDecl* text = child->property("text");
+            const auto* name = text != nullptr ? std::get_if<NameExpr>(&text->value->node) : nullptr;
+            if (name != nullptr && name->parts.back() == "not_built_yet")
+                report("not-built", unit.name.text, "this page says that something is not built yet", unit.name.span);
+            notBuilt(*child, unit);
         }
     }
 

@@ -439,6 +439,9 @@ std::string WidgetLowering::formatProvider(const FormattedValue& node, const std
         address = unit_.add("Engine::LengthStringProvider", "lengthStrings",
                             "Engine::LengthStringProvider(Engine::LengthStringProvider::System::" + system + ", " +
                                 source + ", " + storage + ")");
+    } else if (node.kind == FormattedValue::Kind::Hundredths) {
+        address = unit_.add("Engine::HundredthsStringProvider", "hundredthsStrings",
+                            "Engine::HundredthsStringProvider(" + source + ", " + storage + ")");
     } else {
         const std::string cls = "Engine::StringProvider<" + std::string(cppType(type)) + ">";
         address = unit_.add(cls, arrayName(type, "strings"),

@@ -257,11 +257,11 @@ ValuePtr Resolver::part(const ExprPtr& expr) {
 
 ValuePtr Resolver::formatted(const Expr& expr, const FormatExpr& node) {
     ValuePtr source;
-    if (node.kind == FormatExpr::Kind::Metres || node.kind == FormatExpr::Kind::Feet) {
-        source = value(node.value, Type::Float);
+    if (node.kind >= FormatExpr::Kind::Metres) {
+        source = value(node.value, node.kind == FormatExpr::Kind::Hundredths ? Type::Int : Type::Float);
         if (source == nullptr) return nullptr;
-        const auto length = static_cast<FormattedValue::Kind>(node.kind);
-        return make(Type::String, expr.span, FormattedValue{length, std::move(source), node.format, {}});
+        const auto measure = static_cast<FormattedValue::Kind>(node.kind);
+        return make(Type::String, expr.span, FormattedValue{measure, std::move(source), node.format, {}});
     }
     if (couldBeVariable(node.value)) {
         const VariableInfo* found = variable(node.value);

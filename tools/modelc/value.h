@@ -81,7 +81,7 @@ struct EnumTextValue {
 };
 /// A value through a format, and a filter behind it (empty: none).
 struct FormattedValue {
-    enum class Kind { Printf, Time, UnixTime, Metres, Feet };
+    enum class Kind { Printf, Time, UnixTime, Metres, Feet, Hundredths };
     Kind kind;
     ValuePtr source;
     std::string format;

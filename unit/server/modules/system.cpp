@@ -22,7 +22,7 @@ constexpr Given factoryValues[] = {
     {"VarUserButton7", "SDIPeaking"},
     {"VarUserButton8", "CamFps"},
     {"VarUserButton9", "None"},
-    {"VarMultiSegmentAssignment", "Clock"},
+    {"VarMultiSegmentAssignment", "NearFar"},
     {"VarGuiDesignIsNightStyle", "1"},
     {"VarDisplayBrightness", "8"},
     {"VarDisplayBrightnessAuto", "0"},
