@@ -62,6 +62,9 @@ json toJson(const ValuePtr& value) {
                    },
                    [](const FilledValue& node) {
                        return json{{"fill", toJson(node.text)}, {"parts", toJson(node.parts)}};
+                   },
+                   [](const PlaceValue& node) {
+                       return json{{"place", toJson(node.source)}, {"in", node.table->name}};
                    }},
         value->node);
 }
@@ -88,7 +91,8 @@ std::string describeModel(const ModelTree& model, const Lowered& lowered, const 
     for (const auto& [variable, observations] : lowered.observers)
         for (const auto& observation : observations) {
             json& driven = all["drives"][variable];
-            if (std::find(driven.begin(), driven.end(), observation.what) == driven.end()) driven.push_back(observation.what);
+            if (std::find(driven.begin(), driven.end(), observation.what) == driven.end())
+                driven.push_back(observation.what);
         }
     for (const auto& write : explanation.writes)
         all["writes"][write.variable].push_back({{"place", write.place}, {"at", placeInSource(write.span)}});
