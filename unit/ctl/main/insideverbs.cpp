@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "unit/ctl/inside/askunit.h"
+#include "unit/ctl/inside/live.h"
 #include "unit/ctl/inside/why.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/recording.h"
@@ -18,6 +19,7 @@ struct Given {
     Chosen chosen;
     std::string file, page, name;
     bool earlier = false;
+    bool once = false;
     ReplayRequest replay;
     MinimiseRequest minimise;
 };
@@ -83,6 +85,16 @@ void addRuleVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
         ->required();
 }
 
+void addLiveVerb(CLI::App& app, const std::shared_ptr<Given>& given) {
+    auto* live = add(app, "live", "Rebuild and show the model whenever a source of it is saved", [given] {
+        Live(given->chosen.place(), [](const std::string& line) {
+            std::printf("%s\n", line.c_str());
+            std::fflush(stdout);
+        }).run(given->once ? Live::Saves::One : Live::Saves::All);
+    });
+    live->add_flag("--once", given->once, "End after the first save");
+}
+
 }  // namespace
 
 void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
@@ -90,6 +102,7 @@ void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
     given->chosen = chosen;
     addRecordVerbs(app, given);
     addPageVerbs(app, given);
+    addLiveVerb(app, given);
     addRuleVerbs(app, given);
 }
 
