@@ -4,11 +4,13 @@
 #include <memory>
 
 #include "unit/ctl/inside/askunit.h"
+#include "unit/ctl/inside/atlas.h"
 #include "unit/ctl/inside/live.h"
 #include "unit/ctl/inside/why.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/recording.h"
 #include "unit/ctl/record/verbs.h"
+#include "unit/ctl/scenefile.h"
 
 namespace Unit {
 
@@ -20,6 +22,7 @@ struct Given {
     std::string file, page, name;
     bool earlier = false;
     bool once = false;
+    AtlasOptions atlas;
     ReplayRequest replay;
     MinimiseRequest minimise;
 };
@@ -95,6 +98,27 @@ void addLiveVerb(CLI::App& app, const std::shared_ptr<Given>& given) {
     live->add_flag("--once", given->once, "End after the first save");
 }
 
+void addAtlasVerb(CLI::App& app, const std::shared_ptr<Given>& given) {
+    auto* atlas = add(app, "atlas", "Pictures of every page in every language, style and hand, as one sheet", [given] {
+        AtlasOptions options = given->atlas;
+        options.scenes.clear();
+        for (const auto& scene : given->atlas.scenes) options.scenes.push_back(findScene(scene));
+        options.programs = programFolder();
+        requireSuccess(Atlas(options, [](const std::string& line) {
+                           std::printf("%s\n", line.c_str());
+                           std::fflush(stdout);
+                       }).run());
+    });
+    given->atlas.scenes = {"zoom-feet-marks"};
+    atlas->add_option("folder", given->atlas.folder)->required();
+    atlas->add_option("--scene", given->atlas.scenes, "Scenes to take the pages with")->capture_default_str();
+    atlas->add_option("--pages", given->atlas.glob, "Only these pages, for instance 'Home_*'");
+    atlas->add_option("--against", given->atlas.against, "Folder of an earlier atlas; status 1 when pictures differ");
+    atlas->add_option("--jobs", given->atlas.jobs, "Units side by side")
+        ->capture_default_str()
+        ->check(CLI::Range(1U, 64U));
+}
+
 }  // namespace
 
 void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
@@ -102,6 +126,7 @@ void addInsideVerbs(CLI::App& app, const Chosen& chosen) {
     given->chosen = chosen;
     addRecordVerbs(app, given);
     addPageVerbs(app, given);
+    addAtlasVerb(app, given);
     addLiveVerb(app, given);
     addRuleVerbs(app, given);
 }
