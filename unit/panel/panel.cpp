@@ -161,7 +161,8 @@ void Panel::loadScene(Id id, const Request& request, const std::string& name) {
     change(id, request, "scene " + findScene(name));
 }
 
-/// Something after which the modules may stand otherwise.
+/// Something after which the modules may stand otherwise. A control that is being moved wants no answers, and its
+/// place is told in time.
 void Panel::change(Id id, const Request& request, const std::string& line) {
     ask(id, request, Backstage::Whom::Server, line);
     if (!std::holds_alternative<Request::Do>(request.what) || request.number) askSettings();

@@ -249,6 +249,15 @@ try {
     assert.match(await request(port, handshake(port, { Host: "evil.example", Origin: "http://evil.example" })), / 403 /);
   });
 
+  await check("eight pages and no more", async () => {
+    const many = [];
+    for (let i = 0; i < 7; ++i) many.push(await Socket.open(port));
+    assert.match(await request(port, handshake(port)), / 503 /);
+    many.pop().vanish();
+    await eventually("there is room again", async () => / 101 /.test(await request(port, handshake(port))));
+    for (const one of many) one.vanish();
+  });
+
   await check("garbage, a flood, and who vanishes with a key held", async () => {
     const good = await Socket.open(port);
     good.givesCredit = true;

@@ -98,7 +98,7 @@ connection.on("notices", (now) => notices.take(now.notices));
 function fit(): void {
   const style = getComputedStyle(document.documentElement);
   const room = (name: string): number => Number.parseFloat(style.getPropertyValue(name)) || 0;
-  const narrow = window.matchMedia("(max-width: 859px)").matches;
+  const narrow = window.matchMedia("(max-width: 989px)").matches;
   const width = narrow ? window.innerWidth - room("--beside-narrow") : window.innerWidth - room("--beside");
   const height = narrow ? Infinity : window.innerHeight - room("--above");
   display.fit(Math.max(width, 120), Math.max(height, 200));
