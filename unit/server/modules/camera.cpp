@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "model/catalogue/enums.h"
+#include "unit/server/modules/lengths.h"
 
 namespace Unit {
 
@@ -34,7 +35,6 @@ constexpr std::array balances = {WhiteBalance{3200, 0, "Tungsten"}, WhiteBalance
 
 constexpr double lowMinutes = 5;
 constexpr double mediaMinutes = 42;
-constexpr float metresPerFoot = 0.3048F;
 
 std::string tenths(double value) {
     char text[24];
@@ -370,7 +370,7 @@ void Camera::run(double seconds) {
 void Camera::showLens() {
     const bool known = lensType_.is(Model::CamLensType::Data) && available_.is(Model::CamDataAvailable::Full);
     const float metres = known ? lensFocus_.get() : 0;
-    const float feet = metres / metresPerFoot;
+    const float feet = metres / static_cast<float>(metresPerFoot);
     const double stop = known ? lensIris_.get() / 100.0 : 0;
     distanceMeter_.set(metres);
     distanceRaw_.set(metres);

@@ -5,11 +5,12 @@
 #include <cstdio>
 #include <limits>
 
+#include "unit/server/modules/lengths.h"
+
 namespace Unit {
 
 namespace {
 
-constexpr double metresPerFoot = 0.3048;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr const char* infinitySign = "\u221e";
 
