@@ -12,6 +12,7 @@ const { chromium } = createRequire(`${build}/panel-browser/`)("playwright-core")
 const unit = new Unit(build, "panel");
 const profile = fs.mkdtempSync(path.join(os.tmpdir(), "tern-browser-"));
 let failures = 0;
+let page = null;
 
 async function check(name, action) {
   const begin = Date.now();
@@ -21,6 +22,8 @@ async function check(name, action) {
   } catch (problem) {
     ++failures;
     console.log(`FAILED  ${name}\n        ${String(problem.stack ?? problem).replaceAll("\n", "\n        ")}`);
+    const picture = `${build}/panel-browser/failed-${failures}.png`;
+    await page?.screenshot({ path: picture }).then(() => console.log(`        The page then: ${picture}`), () => undefined);
   }
 }
 
@@ -30,7 +33,7 @@ try {
   const port = unit.port;
   const browserOptions = ["--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-background-networking", "--disable-component-update", "--disable-sync"];
   browser = await chromium.launchPersistentContext(profile, { executablePath: "/usr/bin/chromium", args: browserOptions, viewport: { width: 1440, height: 900 } });
-  const page = browser.pages()[0] ?? (await browser.newPage());
+  page = browser.pages()[0] ?? (await browser.newPage());
   const problems = [];
   page.on("pageerror", (problem) => problems.push(String(problem)));
   page.on("console", (message) => message.type() === "error" && problems.push(message.text()));
@@ -222,7 +225,7 @@ try {
   await check("scene: the display turns white", async () => {
     await open("bench");
     await page.click("[data-scene=day]");
-    await eventually("white", async () => (await pixels([[120, 380]]))[0] === "#ffffff");
+    await eventually("white", async () => (await pixels([[0, 0], [239, 399]])).every((color) => color === "#ffffff"));
     await page.locator("[data-scene=day][aria-current=true]").waitFor();
     await showsTheTruth();
   });
@@ -293,6 +296,7 @@ try {
     const frames = second.frames;
     await page.locator(".knob").focus();
     await page.keyboard.press("End");
+    unit.ctl("set", "VarGuiDesignIsNightStyle", "1");
     await eventually("the other one is shown it too", () => second.frames > frames);
     await eventually("and told of it", () => second.messages.some((message) => message.t === "settings" && message.modules.hands.knob.value === 1));
     second.vanish();
@@ -335,13 +339,14 @@ try {
     await logged("USER Touch: touch/0 at 30x300");
     const nameless = await page.evaluate(() =>
       [...document.querySelectorAll("button, input, select, canvas, [role=slider], [role=group], [role=radiogroup], [tabindex]")]
-        .filter((one) => !one.getAttribute("aria-label") && !one.textContent?.trim() && !one.labels?.length)
+        .filter((one) => !one.ariaHidden && !one.getAttribute("aria-label") && !one.textContent?.trim() && !one.labels?.length)
         .map((one) => one.outerHTML.slice(0, 80)));
     assert.deepEqual(nameless, []);
     assert.deepEqual(problems.filter((problem) => !/WebSocket|ERR_CONNECTION/.test(problem)), []);
   });
 } finally {
   await browser?.close();
+  page = null;
   fs.rmSync(profile, { recursive: true, force: true });
   unit.end();
 }
@@ -364,6 +369,7 @@ async function callsInLockstep(watched) {
     one.ctl("press", "lm");
     one.ctl("drag", "120", "300", "120", "100");
     one.ctl("set", "VarKnob", "0.25");
+    one.ctl("set", "VarGuiDesignIsNightStyle", "0");
     one.ctl("step", "60");
     const calls = read().map((count, kind) => count - before[kind]);
     if (watcher) {

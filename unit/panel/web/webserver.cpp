@@ -102,6 +102,7 @@ class WebServer::Core::Client : public std::enable_shared_from_this<Client> {
         patience.keep_alive_pings = true;
         socket_.set_option(patience);
         socket_.read_message_max(Request::longest);
+        socket_.auto_fragment(false);
         socket_.async_accept(request_, [self = shared_from_this()](error_code failed) {
             if (failed) return;
             self->core_.clients.emplace(self->id_, self);
