@@ -276,3 +276,42 @@ TEST(Rings, AreProgrammedSavedSentAndDrawn) {
     world.write("VarActiveRingFileName", "usb/lenses/broken.lens");
     EXPECT_EQ(world.get("VarCustomRingInvalidFile"), "1");
 }
+
+TEST(Bus, ConnectsTheCameraAndOneUnitOfLengthCountsForAll) {
+    World world;
+    world.act("camera", "camera", "orvo");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarCanConnectState"), "1");
+    world.run(0.6);
+    EXPECT_EQ(world.get("VarCanConnectState"), "2");
+    world.write("VarGlobalUnit", "Imperial");
+    EXPECT_EQ(world.get("VarDisplayUnit"), "1");
+    EXPECT_EQ(world.get("VarCamUnit"), "1");
+    world.write("VarEndSlateModeActive", "1");
+    world.act("camera", "recording", true);
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarEndSlateModeActive"), "1");
+    world.act("camera", "recording", false);
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarEndSlateModeActive"), "0");
+}
+
+TEST(Service, JobsRunInServiceModeOnlyAndSayHowTheyWent) {
+    World world;
+    world.write("VarServiceModeRadioSelfTest", "1");
+    EXPECT_EQ(world.get("VarServiceModeRadioSelfTest"), "0");
+    world.write("VarServiceModeEnabled", "1");
+    world.write("VarServiceModeRadioSelfTest", "1");
+    EXPECT_EQ(world.get("VarServiceModeRadioSelfTestResult"), "1");
+    world.run(2.1);
+    EXPECT_EQ(world.get("VarServiceModeRadioSelfTestResult"), "2");
+    EXPECT_EQ(world.get("VarServiceModeRadioSelfTest"), "0");
+    world.act("radio", "modem", "none");
+    world.write("VarServiceModeRadioSelfTest", "1");
+    world.run(2.1);
+    EXPECT_EQ(world.get("VarServiceModeRadioSelfTestResult"), "3");
+    world.write("VarServiceModeCalibSlider", "1");
+    world.write("VarServiceModeEnabled", "0");
+    world.run(0.1);
+    EXPECT_EQ(world.get("VarServiceModeSliderLabel"), "Failed");
+}

@@ -1,6 +1,7 @@
 #include "unit/server/modules/modules.h"
 
 #include "unit/server/modules/bluetooth.h"
+#include "unit/server/modules/bus.h"
 #include "unit/server/modules/camera.h"
 #include "unit/server/modules/cinefade.h"
 #include "unit/server/modules/clips.h"
@@ -18,6 +19,7 @@
 #include "unit/server/modules/power.h"
 #include "unit/server/modules/radio.h"
 #include "unit/server/modules/rings.h"
+#include "unit/server/modules/service.h"
 #include "unit/server/modules/setups.h"
 #include "unit/server/modules/stopwatch.h"
 #include "unit/server/modules/system.h"
@@ -67,6 +69,8 @@ std::vector<std::unique_ptr<Module>> makeModules(Store& store, const Surrounding
     add<Cinefade>(modules, store);
     add<Overrides>(modules, store);
     add<Bluetooth>(modules, store);
+    add<Bus>(modules, store);
+    add<Service>(modules, store);
     add<Files>(modules, store, tree,
                std::array<Files::Loader, 4>{loaderOf(lens), loaderOf(rings), {}, loaderOf(diopters)});
     add<Setups>(modules, store, tree);
