@@ -11,8 +11,6 @@ using nlohmann::json;
 
 namespace {
 
-constexpr std::size_t mostMarks = 100;
-
 Engraving engraved(const RingFile& ring, const RingFile::Mark& mark) {
     return ring.axis == 0 && ring.imperial ? engravedImperial(mark.position, mark.value)
                                            : engravedNumber(mark.position, mark.value);
@@ -45,7 +43,7 @@ std::optional<RingFile> RingFile::load(const std::filesystem::path& file) {
     if (!described.is_object()) return std::nullopt;
     const json name = described.value("ring", json()), axis = described.value("axis", json()),
                marks = described.value("marks", json());
-    if (!name.is_string() || !axis.is_number_integer() || !marks.is_array() || marks.size() > mostMarks)
+    if (!name.is_string() || !axis.is_number_integer() || !marks.is_array() || marks.size() > RingFile::mostMarks)
         return std::nullopt;
     RingFile ring;
     ring.name = name.get<std::string>();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -13,6 +14,8 @@ struct RingFile {
         double position;  ///< of the knob, 0 to 1
         double value;     ///< as printed: metres, feet, T-stop or millimetres
     };
+
+    static constexpr std::size_t mostMarks = 100;
 
     std::string name;
     int axis = 0;           ///< of RingProgrammingAxis

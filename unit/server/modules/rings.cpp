@@ -19,7 +19,6 @@ namespace {
 
 constexpr double uploadTime = 3;  // seconds
 constexpr double reach = 0.015;   // of the knob's travel: this near to a mark is on it
-constexpr std::size_t mostMarks = 100;
 constexpr const char* drawingFolder = "Orvo/Tern/RINGS";
 
 }  // namespace
@@ -187,7 +186,7 @@ void Rings::addOrRemove() {
             return (one.position < made.position) != (one.value < made.value);
         };
         invalidMark_.set(!(made.value > 0) || std::ranges::any_of(ring_.marks, crosses));
-        if (invalidMark_ || ring_.marks.size() >= mostMarks) return;
+        if (invalidMark_ || ring_.marks.size() >= RingFile::mostMarks) return;
         const auto behind =
             std::ranges::find_if(ring_.marks, [&made](const auto& one) { return one.position > made.position; });
         ring_.marks.insert(behind, made);
@@ -255,7 +254,7 @@ void Rings::showMarks() {
     ring_.leftHanded = leftHand_;
     const auto mark = near();
     added_.set(mark != ring_.marks.end());
-    full_.set(ring_.marks.size() >= mostMarks);
+    full_.set(ring_.marks.size() >= RingFile::mostMarks);
     morePossible_.set(active_ || editing_);
     lessPossible_.set((active_ || editing_) && shownValue() > 0);
     const auto ahead = std::ranges::find_if(ring_.marks, [this](const auto& one) { return one.position >= knob(); });
