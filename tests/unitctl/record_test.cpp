@@ -76,6 +76,13 @@ TEST(Recording, OfAFreeRunShowsTheSameAgainAndFindsAnotherColor) {
     EXPECT_EQ(told.at("pictures").size(), 3u) << told;
     for (const auto& picture : told.at("pictures")) EXPECT_GT(fs::file_size(picture.get<std::string>()), 500u);
     EXPECT_NE(readAll(told.at("pictures")[0]), readAll(told.at("pictures")[1]));
+
+    const std::string small = unit.temporary("small.rec");
+    unit.say({"minimise", file, small, "--program", other, "--seconds", "10"});
+    const auto sound = json::parse(unit.say({"--json", "replay", "--check", small}));
+    EXPECT_LT(sound.at("frames").get<int>(), told.at("recorded").get<int>() / 2);
+    EXPECT_EQ(unit.ctl({"replay", "--check", small, "--program", other, "--pictures", pictures}).status, 1);
+    EXPECT_THAT(unit.ctl({"minimise", file, small}).errors, HasSubstr("nothing to look for"));
 }
 
 TEST(Recording, OfACrashCrashesInTheSameFrame) {
@@ -91,6 +98,9 @@ TEST(Recording, OfACrashCrashesInTheSameFrame) {
     EXPECT_EQ(again.at("ended"), "by signal 6 (Aborted)");
     EXPECT_TRUE(again.at("same").get<bool>());
     EXPECT_GE(again.at("frames").get<int>() + 1, again.at("recorded").get<int>());
+    const std::string small = unit.temporary("small.rec");
+    unit.say({"minimise", file, small, "--seconds", "5"});
+    EXPECT_EQ(json::parse(unit.say({"--json", "replay", small})).at("ended"), "by signal 6 (Aborted)");
 }
 
 TEST(Recording, ThatIsNotGoodIsRefusedOrWarnedOf) {

@@ -39,7 +39,8 @@ void writeFile(const std::string& file, std::span<const std::byte> bytes) {
 Replayer::Replayer(Instance& instance, const std::string& file, OnDifference onDifference)
     : instance_(instance), onDifference_(onDifference), tape_(readTape(file)), rest_(tape_.events) {
     if (tape_.state == Tape::State::Foreign) refuse(file + ": " + tape_.problem);
-    onlyLastIsChecked_ = tape_.value("checked") == "last";
+    const std::string checked = tape_.value("checked");
+    if (!checked.empty()) checked_ = checked == "last" ? Checked::Last : Checked::None;
     std::error_code ignored;
     for (const char* old : {resultFile, expectedFile, shownFile}) fs::remove(instance_.file(old), ignored);
     Event first;
@@ -357,14 +358,14 @@ void Replayer::shown() {
 
 // The last pass of a recording may have been cut off anywhere: it is played, and not compared.
 void Replayer::endPass() {
-    if (next_ && (!onlyLastIsChecked_ || rest_.empty())) compare();
+    if (next_ && (checked_ == Checked::All || (checked_ == Checked::Last && rest_.empty()))) compare();
     expectedSent_ = sent_ = 0;
 }
 
 void Replayer::compare() {
     if (actual_ != expected_)
         differs("picture");
-    else if (sent_ != expectedSent_ && !onlyLastIsChecked_)
+    else if (sent_ != expectedSent_ && checked_ == Checked::All)
         differs("sent");
 }
 

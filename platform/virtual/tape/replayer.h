@@ -125,7 +125,8 @@ class Replayer {
     std::uint64_t expectedSent_ = 0;
     std::uint64_t sent_ = 0;
     bool differed_ = false;
-    bool onlyLastIsChecked_ = false;  // the recording knows only what its last whole frame shows
+    enum class Checked { All, Last, None };
+    Checked checked_ = Checked::All;  // a shortened recording knows what its last whole frame shows, or nothing
 };
 
 }  // namespace Platform::Virtual

@@ -99,7 +99,7 @@ void Minimiser::run(const std::string& file, double seconds) {
 /// The passes up to the failing one without what they showed; of a wrong picture the last one knows the right one.
 void Minimiser::cutToFailure(const ReplayOutcome& outcome) {
     about_ = recording_.tape().about;
-    if (failure_.otherPicture) about_ += "checked=last\n";
+    about_ += failure_.otherPicture ? "checked=last\n" : "checked=none\n";
     const std::uint64_t last = outcome.difference ? *outcome.difference : outcome.frames + 1;
     Event right;
     std::optional<Platform::Virtual::TiledPicture> picture;

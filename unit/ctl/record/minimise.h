@@ -22,8 +22,8 @@ struct Failure {
 /// Shortens a recording that fails with a program as long as it goes on failing in the same way: first to the frame
 /// that fails, then by frames, then by single inputs. Every recording that it keeps has been played.
 ///
-/// Of a wrong picture the result checks only its last frame: what was recorded in it is the right picture, and what
-/// the program showed there every shortened recording shows too.
+/// Of a crash the result checks nothing else; of a wrong picture only its last frame: what was recorded in it is the
+/// right picture, and what the program showed there every shortened recording shows too.
 class Minimiser {
   public:
     /// `report` is told of each step.
