@@ -6,6 +6,7 @@
 #include <optional>
 #include <stdexcept>
 
+#include "apps/common/log/log.h"
 #include "apps/gui/main/application.h"
 #include "embedded-gui-engine/framebuffer.h"
 #include "embedded-gui-engine/guimanager.h"
@@ -17,6 +18,8 @@
 namespace {
 
 constexpr std::int64_t frameTime = 1'000'000'000 / 60;
+/// The engine's timers live on from one unit to the next, so the clock does as well.
+std::int64_t startOfClock = 1'000'000'000'000;
 /// More blanks than a pass waits for.
 constexpr std::uint32_t blanksAhead = 8;
 
@@ -78,7 +81,8 @@ struct WholeUnit::Parts {
 
 WholeUnit::WholeUnit(const std::string& scene) : parts_(std::make_unique<Parts>()) {
     Parts& parts = *parts_;
-    parts.driver.holdClockAt(1'000'000'000'000);
+    Log::setDevice(nullptr);  // that of this unit, not of one before
+    parts.driver.holdClockAt(startOfClock);
     parts.driver.holdVsync();
     parts.supplyBlanks();
     const std::filesystem::path folder = Platform::Virtual::path("/unit");
@@ -95,7 +99,9 @@ WholeUnit::WholeUnit(const std::string& scene) : parts_(std::make_unique<Parts>(
     parts.product->begin();
 }
 
-WholeUnit::~WholeUnit() = default;
+WholeUnit::~WholeUnit() {
+    startOfClock = parts_->driver.time();
+}
 
 void WholeUnit::pass() {
     parts_->supplyBlanks();

@@ -257,10 +257,10 @@ TEST(Clock, ReadsOutOnlyWhileThePagesShowItAndKeepsRealDates) {
 TEST(Files, AreRealAndStayInsideTheTree) {
     World world;
     world.act("files", "usb", true);
-    EXPECT_EQ(world.get("VarUsbState"), "1");
+    EXPECT_EQ(world.get("VarUsbState"), "2");
     const double before = world.number("VarFileBrowserEntryListSize");
     world.run(1.1);
-    EXPECT_EQ(world.get("VarUsbState"), "2");
+    EXPECT_EQ(world.get("VarUsbState"), "1");
     EXPECT_GT(world.number("VarFileBrowserEntryListSize"), before);
     const auto operate = [&world](const char* operation, const char* argument) {
         world.write("VarFileBrowserOperation", operation);

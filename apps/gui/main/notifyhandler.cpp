@@ -22,6 +22,7 @@
 #include "apps/gui/main/slideshow.h"
 #include "apps/gui/main/softbuttonmapping.h"
 #include "embedded-gui-engine/guimanager.h"
+#include "model/catalogue/enums.h"
 
 namespace {
 
@@ -194,8 +195,6 @@ bool NotifyHandler::handleSimulation(std::uint32_t id) {
 }
 
 void NotifyHandler::handleOthers(std::uint32_t id) {
-    constexpr int rotaPola = 2;
-    constexpr int noCamera = 3;
     switch (id) {
         case Places::VarCinefadeAvailable.id:
             updateAssignmentFlags();
@@ -208,7 +207,8 @@ void NotifyHandler::handleOthers(std::uint32_t id) {
             break;
         case Places::VarCinefadeMode.id:
             updateAssignmentFlags();
-            if (Area::number(Places::VarCinefadeMode) == rotaPola && Area::number(Places::VarCamState) != noCamera)
+            if (Area::number(Places::VarCinefadeMode) == static_cast<int>(Model::CinefadeMode::RotaPola) &&
+                Area::number(Places::VarCamState) != static_cast<int>(Model::CamState::NoCamera))
                 shell_.messages.show(Messages::CinefadeModeWarning);
             break;
         default: break;
@@ -267,11 +267,10 @@ void NotifyHandler::captureScreen() {
 }
 
 void NotifyHandler::startScreenSaver() {
-    constexpr int stickPresent = 1;
     const int mode = Area::number(Places::VarScreenSaverMode);
     shell_.animation.activate(mode, Area::number(Places::VarScreenSaverSpeed));
     if (mode != ScreenSaverAnimation::slideshow) return;
-    const bool present = Area::number(Places::VarUsbState) == stickPresent;
+    const bool present = Area::number(Places::VarUsbState) == static_cast<int>(Model::UsbState::Mounted);
     if (shell_.slideshow.reload(present ? Slideshow::Stick::Present : Slideshow::Stick::Absent) ==
         Slideshow::Listing::Empty)
         shell_.messages.show(Messages::ScreenSaverImagesMissing);
