@@ -49,7 +49,7 @@ bool Monkey::step() {
     // What the monkey watches by: the keys in the log, and no more than needed beside them.
     unit_.poke("VarAppGuiLogLevel", "3");
     std::memset(unit_.server().area(static_cast<std::size_t>(traceWords.area)) + traceWords.offset, 0, traceWords.size);
-    unit_.frames(any(8) == 0 ? any(30) : 1);
+    unit_.frames(any(8) == 0 ? 1 + any(30) : 1);
     check();
     return problem_.empty();
 }

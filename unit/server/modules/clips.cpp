@@ -130,8 +130,18 @@ void Clips::add(Medium& medium, double seconds, bool playable) {
     medium.enabled.setFirst(row + 1);
 }
 
+const Clips::Medium& Clips::chosenMedium() const {
+    const auto medium = static_cast<std::size_t>(std::max(0, medium_.get()));
+    return media_[std::min(medium, media_.size() - 1)];
+}
+
+std::size_t Clips::chosenRow(const Medium& medium) const {
+    return std::min(static_cast<std::size_t>(std::max(0, clip_.get())), medium.playable.rows() - 1);
+}
+
 void Clips::choose(std::int32_t medium, std::int32_t clip) {
-    if (medium < 0 || medium >= std::max(1, number_.get())) return;
+    const auto count = std::min(std::max(1, number_.get()), static_cast<std::int32_t>(media_.size()));
+    if (medium < 0 || medium >= count) return;
     const std::int32_t size = media_[static_cast<std::size_t>(medium)].size.get();
     medium_.set(medium);
     clip_.set(std::clamp(clip, 0, std::max(0, size - 1)));
@@ -140,7 +150,7 @@ void Clips::choose(std::int32_t medium, std::int32_t clip) {
 }
 
 void Clips::moveBy(std::int32_t clips) {
-    choose(medium_.get(), clip_.get() + clips);
+    choose(medium_.get(), std::clamp(clip_.get(), 0, 100'000) + clips);
 }
 
 void Clips::togglePlay() {
@@ -195,9 +205,8 @@ void Clips::followRecording(double seconds) {
 }
 
 void Clips::play(double seconds) {
-    const Medium& medium = media_[static_cast<std::size_t>(medium_.get())];
-    const auto row = static_cast<std::size_t>(clip_.get());
-    const double length = secondsOf(medium.length.text(row));
+    const Medium& medium = chosenMedium();
+    const double length = secondsOf(medium.length.text(chosenRow(medium)));
     switch (static_cast<CamClipPlaybackSpeed>(speed_.get())) {
         case CamClipPlaybackSpeed::Forward: played_ += forwardFactor * seconds; break;
         case CamClipPlaybackSpeed::FastForward: played_ += fastFactor * seconds; break;
@@ -212,10 +221,10 @@ void Clips::play(double seconds) {
 }
 
 void Clips::show() {
-    const Medium& medium = media_[static_cast<std::size_t>(medium_.get())];
-    const bool some = listed_ && clip_.get() < medium.size.get();
+    const Medium& medium = chosenMedium();
+    const bool some = listed_ && clip_.get() >= 0 && clip_.get() < medium.size.get();
     last_.set(some && clip_.get() == medium.size.get() - 1);
-    playable_.set(some && medium.playable.integer(static_cast<std::size_t>(clip_.get())) != 0);
+    playable_.set(some && medium.playable.integer(chosenRow(medium)) != 0);
     fastForward_.set(some);
     if (!listed_ && plays_) stop();
 }

@@ -32,6 +32,9 @@ class Clips final : public Module {
     void listClips();
     void add(Medium& medium, double seconds, bool playable);
     void followRecording(double seconds);
+    // Whatever numbers stand in the memory, they name something that is there.
+    const Medium& chosenMedium() const;
+    std::size_t chosenRow(const Medium& medium) const;
     void choose(std::int32_t medium, std::int32_t clip);
     void moveBy(std::int32_t clips);
     void togglePlay();
