@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <string>
 
 #include "embedded-gui-engine/formatmixed.h"
+#include "embedded-gui-engine/hundredthsstringprovider.h"
+#include "embedded-gui-engine/lengthstringprovider.h"
 #include "embedded-gui-engine/regexfilter.h"
 #include "embedded-gui-engine/result.h"
 #include "embedded-gui-engine/stringprovider.h"
@@ -212,6 +215,36 @@ TEST(TimeStringProvider, SplitsADuration) {
     for (const char* format : {"%n", "%02x%s", "%", "%ls", "%12345s", "%5", "%*s"})
         EXPECT_EQ(time(format, 42), "42") << format;
     EXPECT_THAT(LogCapture::lines(), SizeIs(7));
+}
+
+TEST(LengthStringProvider, ShowsThreeFiguresOrFeetAndInches) {
+    using System = LengthStringProvider::System;
+    const auto length = [](System system, float metres) {
+        const Result<float> value(metres);
+        char storage[32] = "";
+        LengthStringProvider provider(system, &value, storage);
+        provider.update();
+        return std::string(provider.text());
+    };
+    const float nothing = std::numeric_limits<float>::quiet_NaN(), infinite = std::numeric_limits<float>::infinity();
+    const std::pair<float, const char*> metres[] = {
+        {0, "0.00"},     {1.834F, "1.83"},   {9.994F, "9.99"},     {9.996F, "10.0"}, {99.94F, "99.9"}, {99.96F, "100"},
+        {999.4F, "999"}, {999.6F, "\u221e"}, {infinite, "\u221e"}, {-1, ""},         {nothing, ""}};
+    for (const auto& [value, text] : metres) EXPECT_EQ(length(System::Metres, value), text) << value;
+    const std::pair<float, const char*> feet[] = {
+        {0, "0'00\""},   {1.8288F, "6'00\""}, {1.8161F, "6'00\""},  {1.7F, "5'07\""}, {30.47F, "100'"},
+        {38.1F, "125'"}, {304.8F, "\u221e"},  {infinite, "\u221e"}, {-1, ""},         {nothing, ""}};
+    for (const auto& [value, text] : feet) EXPECT_EQ(length(System::Feet, value), text) << value;
+}
+
+TEST(HundredthsStringProvider, RoundsToOneDecimal) {
+    for (const auto& [value, text] : {std::pair(488, "4.9"), {1100, "11.0"}, {0, "0.0"}, {-5, "-0.1"}}) {
+        const Result<int> hundredths(value);
+        char storage[16] = "";
+        HundredthsStringProvider provider(&hundredths, storage);
+        provider.update();
+        EXPECT_STREQ(provider.text(), text);
+    }
 }
 
 TEST(TimeStringProvider, TakesANewFormat) {

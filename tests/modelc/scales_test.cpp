@@ -63,5 +63,41 @@ TEST(Scales, APinchReadsAndWritesOneVariableWithinLimits) {
     EXPECT_EQ(c.explanation.writes.front().variable, "VarFloat");
 }
 
+TEST(Scales, APlaceOnAScaleFollowsTheValueAndTheTable) {
+    const Compilation c(
+        "page P { ScaleContainer s { table: VarRuler.Rows\n"
+        "  RangeIndicator { from: place of VarFloat in VarRuler.Rows; Group band { layout: fixed } }\n"
+        "  FixedIndicator { Group figure { layout: fixed } } } }");
+    ASSERT_FALSE(c.diagnostics.hasErrors()) << c.messages();
+    EXPECT_THAT(c.elements("P", "places"), ElementsAre("Engine::ScalePlace(&P::tableSources[0], &VarFloat)"));
+    EXPECT_THAT(c.elements("P", "fixedIndicators"),
+                ElementsAre("Engine::FixedIndicator(&P::scaleContainers[0], &P::groups[1], true)"));
+    EXPECT_THAT(c.observersOf("VarRuler.Rows"), testing::Contains("P.s.RangeIndicator0.from"));
+    EXPECT_THAT(c.observersOf("VarFloat"), ElementsAre("P.s.RangeIndicator0.from"));
+}
+
+TEST(Scales, MeasuresAreWrittenInTheirOwnForm) {
+    const Compilation c(
+        "page P { Label a { text: VarFloat as metres } Label b { text: VarFloat as feet }\n"
+        "  Label c { text: VarNumber as hundredths } Label d { text: Texts.slot(VarFloat as feet, VarName) } }");
+    ASSERT_FALSE(c.diagnostics.hasErrors()) << c.messages();
+    EXPECT_THAT(c.elements("P", "lengthStrings"),
+                ElementsAre(HasSubstr("System::Metres, &VarFloat"), HasSubstr("System::Feet, &VarFloat"),
+                            HasSubstr("System::Feet")));
+    EXPECT_THAT(c.elements("P", "hundredthsStrings"), ElementsAre(HasSubstr("(&VarNumber, ")));
+}
+
+TEST(Scales, ListsOfExportsMayRepeat) {
+    const Compilation c(
+        "page P { for n in 0..1 { Group a{n} { Icon in { } } Group b{n} { } } }\n"
+        "export all = [for side in a, b for n in 0..1: P.{side}{n}, P.a0.in]\n"
+        "export inner = [for n in 0..1: P.a{n}.in]");
+    ASSERT_FALSE(c.diagnostics.hasErrors()) << c.messages();
+    EXPECT_THAT(c.lowered.exports[0].addresses,
+                ElementsAre("&P::groups[0]", "&P::groups[2]", "&P::groups[1]", "&P::groups[3]", "&P::icons[0]"));
+    EXPECT_EQ(c.lowered.exports[0].type, "Engine::Widget");
+    EXPECT_EQ(c.lowered.exports[1].type, "Engine::Icon");
+}
+
 }  // namespace
 }  // namespace Modelc

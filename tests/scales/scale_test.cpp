@@ -1,4 +1,9 @@
 // What scales and indicators draw, as pictures.
+#include <cmath>
+#include <limits>
+
+#include "embedded-gui-engine/fixedindicator.h"
+#include "embedded-gui-engine/scaleplace.h"
 #include "ruler.h"
 #include "tests/text/recordingpainter.h"
 #include "tests/text/testfont.h"
@@ -129,6 +134,52 @@ TEST_F(Scales, RangesAreTheSameEitherWayRound) {
     EXPECT_EQ(shown(0.75F, 0.25F), "..====..");
     EXPECT_EQ(shown(0.5F, 0.5F), "........");
     EXPECT_EQ(shown(-1e9F, 1e9F), "========");
+}
+
+TEST_F(Scales, WhatStandsStillLiesBetweenTheOthersInTheirOrder) {
+    Ruler ruler(4);
+    Engine::Test::Box line{{.x = 0, .y = 1, .width = 12, .height = 2, .background = green}};
+    Engine::FixedIndicator below(&ruler.container, &line), none(&ruler.container, nullptr);
+    ruler.range.setFrom(0.25F);
+    ruler.range.setTo(0.5F);
+    ruler.elements = {&ruler.range, &below, &none};
+    line.setParent(&ruler.container);
+    EXPECT_EQ(inside(ruler)[1][10], 'm') << "over the band";
+    ruler.container.setPosition(0.7F);
+    EXPECT_EQ(inside(ruler)[2][0], 'm') << "it does not slide";
+    ruler.elements = {&below, &ruler.range, nullptr};
+    EXPECT_EQ(inside(ruler)[1][10], '=') << "under the band";
+    below.setEnabled(false);
+    EXPECT_EQ(inside(ruler)[1][0], '.');
+}
+
+TEST_F(Scales, AValueHasItsPlaceBetweenTheRowsThatEncloseIt) {
+    Table rising, falling, two;
+    const float far = 9999;
+    for (const auto& [axis, value] : {std::pair(100, 1.0F), {300, 2.0F}, {400, 4.0F}, {500, far}})
+        rising.addValue(axis, value);
+    for (const auto& [axis, value] : {std::pair(0, far), {50, 2.0F}, {100, 1.0F}}) falling.addValue(axis, value);
+    const auto place = [](const Table& table, float value) {
+        const Engine::Result<float> wanted(value);
+        return Engine::ScalePlace(&table, &wanted).value();
+    };
+    EXPECT_FLOAT_EQ(place(rising, 1), 0);
+    EXPECT_FLOAT_EQ(place(rising, 2), 0.5F);
+    EXPECT_FLOAT_EQ(place(rising, 4.0F / 3), 0.25F) << "half way of the reciprocals";
+    EXPECT_FLOAT_EQ(place(rising, 0.5F), 0) << "the nearer end";
+    EXPECT_FLOAT_EQ(place(rising, 1e9F), 1);
+    EXPECT_FLOAT_EQ(place(rising, std::numeric_limits<float>::infinity()), 1);
+    EXPECT_FLOAT_EQ(place(falling, 2), 0.5F);
+    EXPECT_FLOAT_EQ(place(falling, 1.2F), 0.5F + 0.5F * (1 / 2.0F - 1 / 1.2F) / (1 / 2.0F - 1));
+    for (const float odd : {0.0F, -1.0F, std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_TRUE(std::isnan(place(rising, odd)));
+    EXPECT_TRUE(std::isnan(place(two, 1)));
+    two.addValue(5, 1);
+    two.addValue(5, 2);
+    EXPECT_TRUE(std::isnan(place(two, 1))) << "no extent";
+    two.addValue(9, std::numeric_limits<float>::quiet_NaN());
+    two.addValue(10, 0);
+    EXPECT_FALSE(place(two, 1.5F) > 1) << "odd rows give a place on the scale or none";
 }
 
 TEST_F(Scales, ObjectsStandAcrossAndAlong) {

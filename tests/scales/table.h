@@ -22,6 +22,10 @@ class Table : public Engine::TableSource {
                          Engine::Result<const char*>(main), Engine::Result<const char*>(sub), Engine::Result<float>(0),
                          Engine::Result<float>(0)});
     }
+    void addValue(int axis, float value) {
+        add(3, axis);
+        rows_.back().value = Engine::Result<float>(value);
+    }
     void addObject(int shown, float across, float along) {
         add(shown, 0);
         rows_.back().across = Engine::Result<float>(across);
