@@ -7,7 +7,9 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "platform/system.h"
 #include "platform/virtual/virtual.h"

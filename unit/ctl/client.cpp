@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
 #include "unit/ctl/launch.h"
 #include "unit/ctl/nearest.h"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <nlohmann/json.hpp>
 
 #include "unit/ctl/problem.h"
 #include "unit/ctl/scenefile.h"

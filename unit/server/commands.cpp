@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 #include <map>
+#include <nlohmann/json.hpp>
 
 #include "model/catalogue/constants.h"
 #include "unit/server/server.h"

@@ -1,6 +1,7 @@
 #include "unit/server/module.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 namespace Unit {
 

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 
 #include "model/catalogue/constants.h"
 #include "unit/server/modules/modules.h"

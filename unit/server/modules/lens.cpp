@@ -170,12 +170,9 @@ void Lens::describe(const std::string& label, const std::string& brand, const st
 void Lens::loadFile(const std::string& name) {
     if (name.empty()) return;
     const auto file = tree_->resolve(name);
-    std::ifstream stream(file);
-    notFound_.set(file.empty() || !stream);
+    notFound_.set(file.empty() || !std::ifstream(file));
     if (notFound_) return;
-    const auto described = nlohmann::json::parse(stream, nullptr, false);
-    const bool named = described.is_object() && described.contains("lens") && described["lens"].is_string();
-    const LensModel* model = named ? findLens(described["lens"].get<std::string>()) : nullptr;
+    const LensModel* model = knownLensIn(file);
     auto programmed = model == nullptr ? ProgrammedLens::load(file) : std::nullopt;
     invalidFile_.set(model == nullptr && !programmed);
     if (invalidFile_) return;

@@ -134,4 +134,10 @@ std::optional<ProgrammedLens> ProgrammedLens::load(const std::filesystem::path& 
     return rising ? std::optional(lens) : std::nullopt;
 }
 
+const LensModel* knownLensIn(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    const json described = stream ? json::parse(stream, nullptr, false) : json();
+    return described.is_object() ? findLens(textOf(described, "lens")) : nullptr;
+}
+
 }  // namespace Unit

@@ -41,4 +41,7 @@ struct ProgrammedLens {
     static std::optional<ProgrammedLens> load(const std::filesystem::path& file);
 };
 
+/// The lens that a file names; null when it names none that is known.
+const LensModel* knownLensIn(const std::filesystem::path& file);
+
 }  // namespace Unit
