@@ -114,6 +114,12 @@ TEST(Recording, ThatIsNotGoodIsRefusedOrWarnedOf) {
     unit.say({"stop"});
     const std::string good = readAll(file);
 
+    unit.say({"replay", file, "--until", "5", "--stay"});
+    EXPECT_EQ(unit.say({"page"}), "Start_Page");
+    unit.say({"step", "2"});
+    EXPECT_THAT(unit.ctl({"step", "100"}).errors, HasSubstr("The recording is over"));
+    unit.ctl({"stop"});
+
     EXPECT_THAT(unit.ctl({"replay", unit.temporary("none")}).errors, HasSubstr("cannot be read"));
     EXPECT_THAT(unit.ctl({"replay", file, "--until", "100000"}).errors, HasSubstr("ends with frame"));
     writeAll(bad, "no recording at all, only words");

@@ -22,6 +22,7 @@
 #include "unit/ctl/notices.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/about.h"
+#include "unit/ctl/record/recordingtoplay.h"
 
 namespace Unit {
 
@@ -93,6 +94,7 @@ void Supervisor::takeLock() {
 
 /// Whoever serves the unit already must not lose its areas to us.
 void Supervisor::checkServer() const {
+    if (isReplay()) return;
     const std::string& name = options_.place.name;
     if (options_.server == ServerUse::Own) {
         if (!LockFile::isHeld(serverLockPath(options_.place.folder))) return;
@@ -112,7 +114,7 @@ void Supervisor::start() {
     listen();
     if (options_.server == ServerUse::Own) startServer();
     startProduct();
-    awaitFirstPage();
+    isReplay() ? step(options_.tapeFrames) : awaitFirstPage();
     if (options_.panel == PanelUse::Own) openPanel(options_.panelPort);
     lastFrame_ = Clock::now();
 }
@@ -150,7 +152,7 @@ void Supervisor::prepareInstance() {
     log_.clear();
     Notices(options_.place.folder).clear();
     auto& instance = driver_->instance();
-    ours_ = options_.server == ServerUse::Own;
+    ours_ = options_.server == ServerUse::Own || isReplay();
     if (ours_) instance.removeNames();
     framesBefore_ = frames();
     const auto& screen = instance.control().screen;
@@ -218,6 +220,12 @@ void Supervisor::beginProduct() {
     const std::string copy = options_.place.folder + "/gui-virtual";
     if (!options_.page.empty()) StartPage(program).writeCopy(options_.page, copy);
     product_.setProgram(options_.page.empty() ? program : copy);
+    std::optional<RecordingToPlay> played;
+    if (isReplay()) {
+        const Recording tape(options_.tape);
+        product_.setProgram(RecordingToPlay::program(tape, program, options_.place.folder));
+        played.emplace(tape, Platform::Virtual::OnDifference::GoOn);
+    }
     std::optional<RecordingToBegin> recording;
     if (options_.record == Record::On)
         recording.emplace(options_.place.folder, aboutRecording({program, options_.page, options_.scene,
@@ -293,6 +301,7 @@ void Supervisor::awaitRest() {
     while (!driver_->awaitRest(20)) {
         if (const auto how = takeProductEnd()) {
             lastEnd_ = *how;
+            if (isReplay()) fail("The recording is over: the product ended ", *how, ". The unit ends.");
             const std::string words = product_.lastWords();
             fail("The product ended ", *how, words.empty() ? "" : ": " + words,
                  ". It is started again; see what it said: unitctl log.");
@@ -442,6 +451,11 @@ void Supervisor::watchServer() {
 void Supervisor::watchProduct() {
     if (const auto how = takeProductEnd()) lastEnd_ = *how;
     if (product_.running()) return;
+    if (isReplay()) {
+        report_("The recording is over.");
+        stop_ = true;
+        return;
+    }
     const std::string words = product_.lastWords();
     report_("The product ended " + lastEnd_ + (words.empty() ? "." : ": " + words) + " It is started again.");
     // One that ends at once must not keep the machine busy.

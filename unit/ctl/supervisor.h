@@ -31,6 +31,8 @@ struct UnitOptions {
     std::string page;            ///< that the product starts with; empty for the one of its model
     PanelUse panel = PanelUse::None;
     std::uint16_t panelPort = 0;  ///< 0: one that is free
+    std::string tape = {};        ///< recording to be played instead of having a server; only in lockstep
+    unsigned tapeFrames = 0;      ///< how many of its frames
     std::string programs;         ///< folder of unit-server, gui-virtual and unit-panel
 };
 
@@ -84,6 +86,7 @@ class Supervisor {
   private:
     using Clock = std::chrono::steady_clock;
 
+    bool isReplay() const { return !options_.tape.empty(); }
     void takeLock();
     void checkServer() const;
     void prepareInstance();

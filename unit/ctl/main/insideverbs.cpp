@@ -22,6 +22,7 @@ struct Given {
     std::string file, page, name;
     bool earlier = false;
     bool once = false;
+    bool stay = false;
     AtlasOptions atlas;
     ReplayRequest replay;
     MinimiseRequest minimise;
@@ -52,12 +53,14 @@ void addRecordVerbs(CLI::App& app, const std::shared_ptr<Given>& given) {
 
     auto* replay = add(app, "replay", "Play a recording to the product and compare what it shows", [given] {
         given->replay.json = given->chosen.json();
+        if (given->stay) return stayVerb(given->replay, given->chosen.place());
         requireSuccess(replayVerb(given->replay));
     });
     replay->add_option("file", given->replay.file)->required();
     replay->add_flag("--check", given->replay.check, "End at the first frame that is not as recorded, with status 1");
     replay->add_option("--program", given->replay.program, "Another build of gui-virtual");
     replay->add_option("--until", given->replay.until, "The last frame to play");
+    replay->add_flag("--stay", given->stay, "Leave it as a unit that stands at its last frame, to be looked into");
     replay->add_option("--shot", given->replay.shot, "Write the last picture to this PNG file");
     replay->add_option("--pictures", given->replay.pictures, "Folder for the pictures of a difference");
 

@@ -20,6 +20,8 @@ class Recording {
     /// Throws Problem, in words for a person, when the file is no recording, has been altered, or is of another
     /// catalogue. What still means something goes into warnings().
     explicit Recording(const std::string& file);
+    Recording(const Recording&) = delete;
+    Recording(Recording&&) = default;
 
     const std::string& file() const { return file_; }
     const Platform::Virtual::Tape& tape() const { return tape_; }

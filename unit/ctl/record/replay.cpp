@@ -4,14 +4,12 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <memory>
 
 #include "platform/virtual/tape/replayer.h"
 #include "unit/ctl/childprocess.h"
-#include "unit/ctl/inside/startpage.h"
-#include "unit/ctl/problem.h"
+#include "unit/ctl/record/recordingtoplay.h"
 
 namespace Unit {
 
@@ -23,29 +21,6 @@ using Platform::Virtual::Replayer;
 namespace {
 
 constexpr auto patience = 20s;  // for one frame
-
-/// A variable of the environment that is another one for a while.
-class Setting {
-  public:
-    Setting(const char* name, const std::string& value) : name_(name) {
-        if (const char* now = std::getenv(name)) before_ = now;
-        set(value);
-    }
-    ~Setting() { set(before_); }
-    Setting(const Setting&) = delete;
-    Setting& operator=(const Setting&) = delete;
-
-  private:
-    void set(const std::string& value) const {
-        if (value.empty())
-            ::unsetenv(name_);
-        else
-            ::setenv(name_, value.c_str(), 1);
-    }
-
-    const char* name_;
-    std::string before_;
-};
 
 }  // namespace
 
@@ -83,10 +58,7 @@ std::string Replay::file(const char* name) const {
 ReplayOutcome Replay::run(const Recording& recording) {
     const auto begun = Clock::now();
     auto& [driver, product] = *running_;
-    if (const std::string page = recording.tape().value("page"); !page.empty()) {
-        StartPage(options_.gui).writeCopy(page, file("gui-virtual"));
-        product.setProgram(file("gui-virtual"));
-    }
+    product.setProgram(RecordingToPlay::program(recording, options_.gui, options_.place.folder));
     driver.holdVsync();
     auto& control = driver.instance().control();
     control.permits = 0;
@@ -94,12 +66,9 @@ ReplayOutcome Replay::run(const Recording& recording) {
     const auto waits = [&] { return std::uint64_t{driver.pans()} + driver.vsyncWaits(); };
     const std::uint64_t before = waits();
     {
-        const std::string& folder = options_.place.folder;
-        const Setting name("TERN_INSTANCE", options_.place.name), place("TERN_INSTANCE_DIR", folder);
-        const Setting file("TERN_REPLAY", std::filesystem::absolute(recording.file()).string());
-        const Setting stop("TERN_REPLAY_STOP", options_.onDifference == OnDifference::Stop ? "1" : "");
-        const Setting zone("TZ", recording.tape().value("zone"));
-        const Setting faults("TERN_FAULTS", recording.tape().value("faults"));
+        const RecordingToPlay played(recording, options_.onDifference);
+        ::setenv("TERN_INSTANCE", options_.place.name.c_str(), 1);
+        ::setenv("TERN_INSTANCE_DIR", options_.place.folder.c_str(), 1);
         product.start({});
     }
     // One step more than there are frames: with it the product finds the end and leaves.

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "unit/ctl/launch.h"
@@ -58,15 +59,40 @@ void minimiseVerb(const MinimiseRequest& request) {
     }).run(request.out, request.seconds);
 }
 
-bool replayVerb(const ReplayRequest& request) {
-    const Recording recording(request.file);
+namespace {
+
+/// The recording of a request, its warnings told.
+Recording openRecording(const ReplayRequest& request, const std::string& gui) {
+    Recording recording(request.file);
     for (const auto& warning : recording.warnings()) warn(warning);
-    const std::string gui = guiOf(request.program);
     if (recording.program(gui) == Program::Other)
         warn(request.file + " was recorded with another build of the product. Pictures may rightly differ.");
     if (request.until && *request.until > recording.frames())
         throw Problem("The recording ends with frame " + std::to_string(recording.frames()) + ".");
+    return recording;
+}
 
+}  // namespace
+
+void stayVerb(const ReplayRequest& request, const Platform::Virtual::Place& place) {
+    const Recording recording = openRecording(request, guiOf(""));
+    UnitOptions options;
+    options.place = place;
+    options.pacing = Pacing::Lockstep;
+    options.server = ServerUse::Foreign;
+    options.record = Record::Off;
+    options.tape = std::filesystem::absolute(request.file).string();
+    options.tapeFrames = static_cast<unsigned>(request.until.value_or(recording.frames()));
+    options.programs = programFolder();
+    startInBackground(options);
+    std::printf(
+        "The unit \"%s\" stands at frame %u. Look at it (shot, page, get, why), let it go on (step), end it (stop).\n",
+        place.name.c_str(), options.tapeFrames);
+}
+
+bool replayVerb(const ReplayRequest& request) {
+    const std::string gui = guiOf(request.program);
+    const Recording recording = openRecording(request, gui);
     const ScratchUnit unit("replay");
     Replay replay({.gui = gui,
                    .place = unit.place(),

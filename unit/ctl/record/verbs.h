@@ -29,6 +29,10 @@ struct MinimiseRequest {
 /// Tells each step on stdout. Throws Problem.
 void minimiseVerb(const MinimiseRequest& request);
 
+/// Leaves a unit that stands at the frame `until`, or at the last one, to be looked into: `step` goes on. Throws
+/// Problem.
+void stayVerb(const ReplayRequest& request, const Platform::Virtual::Place& place);
+
 /// Prints what came of it. False when a check has found something. Throws Problem.
 bool replayVerb(const ReplayRequest& request);
 
