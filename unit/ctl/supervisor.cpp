@@ -135,7 +135,8 @@ std::string Supervisor::openPanel(std::uint16_t port) {
         }
         options_.panel = PanelUse::None;
         panel_.end();
-        fail(panel_.words().empty() ? "The panel does not come up." : panel_.words());
+        const std::string words = panel_.words(), front = "unit-panel: ";
+        fail(words.empty() ? "The panel does not come up." : words.substr(words.starts_with(front) ? front.size() : 0));
     }
     return panelAddress();
 }

@@ -9,7 +9,7 @@
 #include <fstream>
 #include <string>
 
-#include "unit/ctl/lineconnection.h"
+#include "unit/ctl/lockfile.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/supervisor.h"
 #include "unit/panel/pagefiles.h"
@@ -25,7 +25,7 @@ int usage() {
 }
 
 void requireUnit(const Platform::Virtual::Place& place) {
-    if (!Unit::LineConnection().connect(Unit::Supervisor::socketPath(place.folder)))
+    if (!Unit::LockFile::isHeld(Unit::Supervisor::lockPath(place.folder)))
         throw Unit::Problem("No unit \"" + place.name + "\" runs. Start it: unitctl start --instance " + place.name);
 }
 

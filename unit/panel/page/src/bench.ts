@@ -147,14 +147,15 @@ function wordList(id: string, spoken: string, entries: [number, string][], chang
 function fader(id: string, spoken: string, setting: Setting, change: (value: Value) => void): Row {
   const lowest = setting.minimum ?? 0;
   const highest = setting.maximum ?? 1;
-  const step = highest - lowest > 2 ? 1 : 0.01;
+  const step = highest - lowest >= 100 ? 1 : highest - lowest > 2 ? 0.1 : 0.01;
+  const decimals = step === 1 ? 0 : step === 0.1 ? 1 : 2;
   const input = el("input", { id, type: "range", min: lowest, max: highest, step, "aria-label": spoken });
   const figure = el("output", { for: id });
   let touched = 0;
   const show = (value: number): void => {
     input.value = String(value);
     input.style.setProperty("--part", `${((value - lowest) / (highest - lowest)) * 100}%`);
-    setText(figure, step >= 1 ? value.toFixed(0) : value.toFixed(2));
+    setText(figure, value.toFixed(decimals));
   };
   input.addEventListener("input", () => {
     touched = performance.now();
