@@ -4,7 +4,7 @@
 
 namespace Engine {
 
-/// Shows a length, given in metres, as a person reads it from a lens: three significant figures, or feet and inches.
+/// Shows a length, given in metres, as a person reads it from a scale: three significant figures, or feet and inches.
 /// What is 1000 of them or more is infinite, and what is negative or no number is shown as nothing.
 class LengthStringProvider : public StringProvider<float> {
   public:
