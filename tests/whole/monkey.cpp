@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "apps/common/event/eventhandling.h"
 #include "embedded-gui-engine/guimanager.h"
@@ -81,6 +82,12 @@ void Monkey::moveKey() {
 void Monkey::release(const Unit::NamedKey& key) {
     down_.erase(&key);
     unit_.devices().key(key, false);
+    noteRelease();
+}
+
+/// A lock that is on when the device is read takes the release: one that stands, or comes with the next frame.
+void Monkey::noteRelease() {
+    releases_ = true;
     if (!keysCount()) swallowed_.insert(held_.begin(), held_.end());
 }
 
@@ -230,6 +237,7 @@ void Monkey::spoilInput() {
     const char* device = anyOf(devices);
     unit_.driver().feed(device, records.data(), records.size() * sizeof records[0]);
     if (device == std::string(devices[3])) fingers_ = {};
+    noteRelease();
 }
 
 // What holds.
@@ -244,7 +252,8 @@ void Monkey::check() {
     ++pages_[unit_.page()];
     // A unit that is turned round while a key is held takes it for another one from then on.
     const std::uint32_t rotation = unit_.rotation();
-    if (rotation != rotation_) swallowed_.insert(held_.begin(), held_.end());
+    if (rotation != rotation_ || (std::exchange(releases_, false) && !keysCount()))
+        swallowed_.insert(held_.begin(), held_.end());
     rotation_ = rotation;
     readLog();
     if (any(2) == 0) checkPicture();

@@ -62,6 +62,7 @@ class Monkey {
     /// The devices are read, and their keys do what they always do.
     bool keysCount() const;
     void release(const Unit::NamedKey& key);
+    void noteRelease();
     void letGo();
     void write(int area, std::uint32_t offset, const void* data, std::size_t size);
     void readLog();
@@ -74,6 +75,7 @@ class Monkey {
     std::set<std::string> held_;       ///< keys whose press the product has seen, and no release
     std::set<std::string> swallowed_;  ///< those whose release a lock or a turn has taken
     std::uint32_t rotation_ = 0;
+    bool releases_ = false;  ///< a key goes up in this step
     std::ifstream log_;
     bool announced_ = true;  ///< whatever stands in memory has been told
     std::string problem_;

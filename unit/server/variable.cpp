@@ -1,6 +1,6 @@
 #include "unit/server/variable.h"
 
-#include <cassert>
+#include <algorithm>
 
 #include "apps/common/log/log.h"
 
@@ -35,9 +35,8 @@ Column::Column(Store& store, std::string table, std::string field) : store_(&sto
 }
 
 Cell Column::cell(std::size_t row) const {
-    assert(row < rows_);
     Cell cell = first_;
-    cell.offset += static_cast<std::uint32_t>(row * stride_);
+    cell.offset += static_cast<std::uint32_t>(std::min(row, rows_ - 1) * stride_);
     return cell;
 }
 

@@ -2,6 +2,7 @@
 // another kind, ends the program when the module is made: it is a mistake of ours.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -81,12 +82,17 @@ class Mask : public Variable {
     void setFirst(std::size_t count) const;
 };
 
-/// A table's cells by row.
+/// A table's cells by row. Rows are often counted in memory that anybody may spoil: one that the table does not have is
+/// its last one.
 class Column {
   public:
     /// `field` of `table` ("VarCamSpeedList").
     Column(Store& store, std::string table, std::string field);
     std::size_t rows() const { return rows_; }
+    /// What a live count in memory can mean: 0 to `rows`.
+    std::size_t live(const Number& count) const {
+        return std::min(static_cast<std::size_t>(std::max(count.get(), 0)), rows_);
+    }
     void setInteger(std::size_t row, std::int32_t value) const { store_->setInteger(cell(row), value); }
     void setReal(std::size_t row, float value) const { store_->setReal(cell(row), value); }
     void setText(std::size_t row, std::string_view value) const { store_->setText(cell(row), value); }

@@ -51,9 +51,9 @@ void Bluetooth::switchPower() {
 }
 
 void Bluetooth::addDevice(std::size_t index, std::int32_t state) {
-    for (std::size_t row = 0; row < static_cast<std::size_t>(count_.get()); ++row)
+    for (std::size_t row = 0; row < names_.live(count_); ++row)
         if (addresses_.text(row) == known[index].address) return;
-    const auto row = static_cast<std::size_t>(count_.get());
+    const auto row = names_.live(count_);
     if (row >= names_.rows()) return;
     addresses_.setText(row, known[index].address);
     names_.setText(row, known[index].name);
@@ -88,7 +88,7 @@ void Bluetooth::tick(std::int64_t nanoseconds) {
 
 void Bluetooth::pair(double seconds) {
     bool any = false;
-    for (std::size_t row = 0; row < static_cast<std::size_t>(count_.get()); ++row) {
+    for (std::size_t row = 0; row < names_.live(count_); ++row) {
         if (states_.integer(row) != number(BluetoothDeviceState::Pairing)) continue;
         any = true;
         if (pairing_ + seconds < pairingTime) continue;

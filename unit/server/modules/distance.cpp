@@ -270,7 +270,8 @@ void Distance::showSource() {
         place->set(free != std::end(candidates) ? *free : number(DmdType::None));
     }
     noSwitch_.set(!connected(type1_.get()) || !connected(type2_.get()));
-    if (noSwitch_) activePlace_.set(connected(type2_.get()) && !connected(type1_.get()) ? 2 : 1);
+    const bool second = noSwitch_ ? connected(type2_.get()) && !connected(type1_.get()) : activePlace_.get() == 2;
+    activePlace_.set(second ? 2 : 1);
     const std::int32_t active = places[activePlace_.get() - 1]->get();
     top_.set(active);
     bottom_.set(places[2 - activePlace_.get()]->get());
