@@ -1,6 +1,6 @@
 // What the home page costs: product and stand-in server in this process, every figure beside its peer of the same run.
 //
-//   redraw       the whole page with three scales of 60 rows, every fifth with a number, beside the fill of its
+//   redraw       the whole page, its tables with 60 rows, every fifth with a number, beside the fill of its
 //                background alone
 //   everything   one pass in which all subscribed values have changed at once, beside a pass with the same notices and
 //   no

@@ -250,14 +250,17 @@ bool Monkey::keysCount() const {
 
 void Monkey::check() {
     ++pages_[unit_.page()];
-    // A unit that is turned round while a key is held takes it for another one from then on.
-    const std::uint32_t rotation = unit_.rotation();
-    if (rotation != rotation_ || (std::exchange(releases_, false) && !keysCount()))
-        swallowed_.insert(held_.begin(), held_.end());
-    rotation_ = rotation;
+    noteTurn();
     readLog();
     if (any(2) == 0) checkPicture();
     if (any(150) == 0) goHome();
+}
+
+/// A unit that is turned round while a key is held takes it for another one from then on.
+void Monkey::noteTurn() {
+    const bool turned = std::exchange(rotation_, unit_.rotation()) != unit_.rotation();
+    const bool locked = std::exchange(releases_, false) && !keysCount();
+    if (turned || locked) swallowed_.insert(held_.begin(), held_.end());
 }
 
 /// What is on the screen is what drawing everything anew gives. Where a text in memory was spoilt and nobody told, the
@@ -307,6 +310,7 @@ void Monkey::goHome() {
         unit_.set(lock, "0");
     sendEverything();
     unit_.frames(2);
+    noteTurn();
     letGo();
     unit_.frames(3);
     readLog();

@@ -63,6 +63,7 @@ class Monkey {
     bool keysCount() const;
     void release(const Unit::NamedKey& key);
     void noteRelease();
+    void noteTurn();
     void letGo();
     void write(int area, std::uint32_t offset, const void* data, std::size_t size);
     void readLog();
