@@ -27,6 +27,12 @@ set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
 add_compile_options(-fno-pie)
 add_link_options(-no-pie)
 
+# Where a word has 32 bits, files and the places in a folder still have 64: without it a folder of some file systems
+# cannot be read.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  add_compile_definitions(_FILE_OFFSET_BITS=64)
+endif()
+
 add_compile_options(-Wall -Wextra -Wpedantic -Werror -Wformat=2 -Wshadow -Wconversion
                     -Wno-sign-conversion -Wundef $<$<COMPILE_LANGUAGE:CXX>:-Wsuggest-override>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
@@ -102,6 +108,10 @@ function(tern_test name)
   target_include_directories(${name}-tests PRIVATE "${PROJECT_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
   target_compile_definitions(${name}-tests PRIVATE TERN_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                                    TERN_BINARY_DIR="${CMAKE_BINARY_DIR}")
+  if(CMAKE_CROSSCOMPILING)
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)  # goes before a program that a test starts
+    target_compile_definitions(${name}-tests PRIVATE TERN_EMULATOR="${emulator}")
+  endif()
   target_link_libraries(${name}-tests PRIVATE ${arg_LINK} GTest::gmock GTest::gtest_main)
   add_test(NAME ${name} COMMAND ${name}-tests WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
   set_tests_properties(${name} PROPERTIES TIMEOUT 300)

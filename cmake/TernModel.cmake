@@ -13,22 +13,15 @@ function(tern_model name folder)
     string(REGEX REPLACE "[^A-Za-z0-9]" "_" stem ${stem})
     list(APPEND made ${out}/${stem}.cpp)
   endforeach()
-  if(TERN_HOST_GENERATED_DIR)
-    file(COPY ${TERN_HOST_GENERATED_DIR}/model/${name} DESTINATION ${TERN_GENERATED_DIR}/model)
-  else()
-    # The stamp goes with the run; the files keep their times when nothing in them changes.
-    add_custom_command(OUTPUT ${out}/compiled.stamp BYPRODUCTS ${made}
-      COMMAND modelc --model ${model} --out ${out} ${folder}
-      COMMAND ${CMAKE_COMMAND} -E touch ${out}/compiled.stamp
-      DEPENDS modelc ${sources} ${names}
-      COMMENT "Compiling ${name}" VERBATIM)
-    add_custom_target(${name}-compiled DEPENDS ${out}/compiled.stamp)
-  endif()
+  # The stamp goes with the run; the files keep their times when nothing in them changes.
+  add_custom_command(OUTPUT ${out}/compiled.stamp BYPRODUCTS ${made}
+    COMMAND modelc --model ${model} --out ${out} ${folder}
+    COMMAND ${CMAKE_COMMAND} -E touch ${out}/compiled.stamp
+    DEPENDS modelc ${sources} ${names}
+    COMMENT "Compiling ${name}" VERBATIM)
+  add_custom_target(${name}-compiled DEPENDS ${out}/compiled.stamp)
   add_library(${name} STATIC ${made} ${model}/runtime/modellink.cpp)
   target_include_directories(${name} PUBLIC ${out})
   target_link_libraries(${name} PUBLIC model-variables model-assets)
-  if(TARGET ${name}-compiled)
-    add_dependencies(${name} ${name}-compiled)
-  endif()
-  add_dependencies(${name} catalogue-made)
+  add_dependencies(${name} ${name}-compiled catalogue-made)
 endfunction()

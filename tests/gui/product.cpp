@@ -8,6 +8,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "tests/support/programcommand.h"
+
 Product::Product() : driver_(std::make_unique<Platform::Virtual::Driver>()), server_(std::make_unique<StubServer>()) {
     driver_->holdClockAt(1'000'000'000'000);
     driver_->holdVsync();
@@ -26,13 +28,9 @@ void Product::start(std::vector<std::string> arguments, std::vector<std::string>
     ::setenv("TERN_INSTANCE", instance_.place().name.c_str(), 1);
     ::setenv("TERN_INSTANCE_DIR", instance_.place().folder.c_str(), 1);
     for (auto& one : environment) ::putenv(one.data());
-    std::string program = TERN_BINARY_DIR "/bin/gui-virtual";
-    std::vector<char*> argv = {program.data()};
-    for (auto& one : arguments) argv.push_back(one.data());
-    argv.push_back(nullptr);
     const int errors = ::open((instance_.place().folder + "/stderr").c_str(), O_WRONLY | O_CREAT, 0600);
     ::dup2(errors, STDERR_FILENO);
-    ::execv(argv[0], argv.data());
+    Support::executeProgram(TERN_BINARY_DIR "/bin/gui-virtual", arguments);
     ::_exit(127);
 }
 

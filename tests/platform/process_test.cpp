@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/virtual/virtual.h"
+#include "tests/support/programcommand.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ class Program {
             setenv("TERN_INSTANCE", place.name.c_str(), 1);
             setenv("TERN_INSTANCE_DIR", place.folder.c_str(), 1);
             setenv("TERN_FAULTS", faults, 1);
-            execl(TERN_BINARY_DIR "/bin/testcard-virtual", "testcard-virtual", nullptr);
+            Support::executeProgram(TERN_BINARY_DIR "/bin/testcard-virtual", {});
             _exit(127);
         }
         close(ends[1]);
