@@ -8,12 +8,12 @@
 #include <charconv>
 #include <cstring>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <span>
 
 #include "unit/ctl/nearest.h"
 #include "unit/ctl/problem.h"
+#include "unit/ctl/wholefile.h"
 
 namespace Unit {
 
@@ -44,8 +44,7 @@ std::span<const Record> records(const std::string& bytes, std::uint64_t offset, 
 }  // namespace
 
 StartPage::StartPage(std::string program) : program_(std::move(program)) {
-    std::ifstream in(program_, std::ios::binary);
-    bytes_.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    bytes_ = wholeFile(program_);
     readSymbols();
     if (pages_.empty() || startOffset_ == 0)
         throw Problem(program_ +

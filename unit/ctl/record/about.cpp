@@ -5,10 +5,10 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "model/catalogue/constants.h"
 #include "platform/virtual/tape/hash.h"
+#include "unit/ctl/wholefile.h"
 
 namespace Unit {
 
@@ -97,8 +97,7 @@ std::string catalogueFingerprint() {
 }
 
 std::string programFingerprint(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string bytes = wholeFile(file);
     return bytes.empty() ? "" : hexadecimal(fingerprint(bytes.data(), bytes.size()));
 }
 
@@ -115,8 +114,7 @@ void noteEnd(const std::string& folder, const std::string& how) {
 }
 
 std::string endOf(const std::string& recording) {
-    std::ifstream in(recording + ".end");
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    return wholeFile(recording + ".end");
 }
 
 RecordingToBegin::RecordingToBegin(const std::string& folder, const std::string& about) {

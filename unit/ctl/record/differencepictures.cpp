@@ -1,11 +1,10 @@
 #include "unit/ctl/record/differencepictures.h"
 
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 #include "platform/virtual/tape/replayer.h"
 #include "unit/ctl/inside/pixels.h"
+#include "unit/ctl/wholefile.h"
 
 namespace Unit {
 
@@ -13,8 +12,7 @@ namespace {
 
 /// Empty when the file is not that of a whole picture.
 Pixels rawPixels(const std::string& file, unsigned width, unsigned height) {
-    std::ifstream in(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string bytes = wholeFile(file);
     Pixels pixels = {width, height, std::vector<std::uint32_t>(std::size_t{width} * height)};
     if (bytes.size() != pixels.colors.size() * sizeof(std::uint32_t)) return {};
     std::memcpy(pixels.colors.data(), bytes.data(), bytes.size());

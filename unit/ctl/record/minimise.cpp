@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <set>
 
 #include "platform/virtual/tape/replayer.h"
 #include "platform/virtual/tape/tiles.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/scratchunit.h"
+#include "unit/ctl/wholefile.h"
 
 namespace Unit {
 
@@ -26,8 +25,7 @@ double steadySeconds() {
 }
 
 std::vector<std::byte> readBytes(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    const std::string text = wholeFile(file);
     std::vector<std::byte> bytes(text.size());
     std::memcpy(bytes.data(), text.data(), text.size());
     return bytes;
