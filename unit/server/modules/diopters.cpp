@@ -58,18 +58,8 @@ void Diopters::loadFile(const std::string& name) {
     power_.set(std::clamp(described["power"].get<float>(), 0.0F, 10.0F));
     file_.set(name);
     active_.set(true);
-    remember(name);
+    recent_.remember(name);
     show();
-}
-
-void Diopters::remember(const std::string& name) {
-    std::size_t row = 0;
-    while (row + 1 < recent_.rows() && recent_.text(row) != name) ++row;
-    for (; row > 0; --row) recent_.setText(row, recent_.text(row - 1));
-    recent_.setText(0, name);
-    std::int32_t count = 0;
-    for (std::size_t i = 0; i < recent_.rows(); ++i) count += recent_.text(i).empty() ? 0 : 1;
-    recentCount_.set(count);
 }
 
 void Diopters::commitDistance() {

@@ -5,6 +5,7 @@
 
 #include "unit/server/module.h"
 #include "unit/server/modules/filetree.h"
+#include "unit/server/modules/recentfiles.h"
 
 namespace Unit {
 
@@ -22,7 +23,6 @@ class Diopters final : public Module {
   private:
     void clear();
     void commitDistance();
-    void remember(const std::string& name);
     void show();
 
     std::shared_ptr<FileTree> tree_;
@@ -42,8 +42,9 @@ class Diopters final : public Module {
         pupil2_{store, "VarDiopterLensStaticEntrancePupil2"}, curveStart_{store, "VarDiopterCurveIrisStart"},
         actFocus_{store, "VarLensActFocus"};
     Number type_{store, "VarDiopterType"}, unit_{store, "VarDisplayUnit"}, length_{store, "VarFocalLength"},
-        curveSize_{store, "VarDiopterCurveSize"}, recentCount_{store, "VarMruDiopterFileListSize"};
-    Column curve_{store, "VarDiopterCurve", "CurveValue"}, recent_{store, "VarMruDiopterFileList", "FileName"};
+        curveSize_{store, "VarDiopterCurveSize"};
+    Column curve_{store, "VarDiopterCurve", "CurveValue"};
+    RecentFiles recent_{store, "VarMruDiopterFileList", "VarMruDiopterFileListSize"};
 };
 
 }  // namespace Unit

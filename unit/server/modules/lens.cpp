@@ -100,8 +100,7 @@ Lens::Lens(Store& values, std::shared_ptr<FileTree> tree)
       notFound_(values, "VarFileNotFound"),
       wantedFile_(values, "VarLoadLensFileName"),
       activeFile_(values, "VarActivateLensFileName"),
-      recentCount_(values, "VarMruLensFileListSize"),
-      recent_(values, "VarMruLensFileList", "FileName") {
+      recent_(values, "VarMruLensFileList", "VarMruLensFileListSize") {
     const auto current = [this] {
         return model_ == nullptr ? 0 : static_cast<std::size_t>(model_ - lensModels().data()) + 1;
     };
@@ -181,23 +180,13 @@ void Lens::loadFile(const std::string& name) {
     else
         put(model);
     activeFile_.set(name);
-    remember(name);
+    recent_.remember(name);
 }
 
 std::optional<double> Lens::positionOf(double metres) const {
     if (programmed_) return programmed_->positionOfDistance(metres);
     if (model_ == nullptr) return std::nullopt;
     return model_->positionOfDistance(std::max(metres, model_->closest));
-}
-
-void Lens::remember(const std::string& name) {
-    std::size_t row = 0;
-    while (row + 1 < recent_.rows() && recent_.text(row) != name) ++row;
-    for (; row > 0; --row) recent_.setText(row, recent_.text(row - 1));
-    recent_.setText(0, name);
-    std::int32_t count = 0;
-    for (std::size_t i = 0; i < recent_.rows(); ++i) count += recent_.text(i).empty() ? 0 : 1;
-    recentCount_.set(count);
 }
 
 void Lens::tick(std::int64_t) {

@@ -7,6 +7,7 @@
 #include "unit/server/modules/filetree.h"
 #include "unit/server/modules/optics.h"
 #include "unit/server/modules/programmedlens.h"
+#include "unit/server/modules/recentfiles.h"
 
 namespace Unit {
 
@@ -49,8 +50,6 @@ class Lens final : public Module {
     void showReading(double distance, double stop, double length);
     void showDepthOfField(double metres, double millimetres, double stop);
 
-    void remember(const std::string& name);
-
     std::shared_ptr<FileTree> tree_;
     Table metres_, feet_, stops_, lengths_;
     Flag described_, textActive_, meterFitted_;
@@ -61,8 +60,7 @@ class Lens final : public Module {
     Flag focusInverted_, irisInverted_, zoomInverted_, focusInvertedShown_, irisInvertedShown_, zoomInvertedShown_;
     Flag clear_, invalidFile_, notFound_;
     Text wantedFile_, activeFile_;
-    Number recentCount_;
-    Column recent_;
+    RecentFiles recent_;
     const LensModel* model_ = nullptr;
     std::optional<ProgrammedLens> programmed_;
 };

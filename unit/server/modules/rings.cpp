@@ -284,18 +284,8 @@ void Rings::loadFile(const std::string& name) {
     ringName_.set(ring_.name);
     activeFile_.set(name);
     custom_.set(true);
-    remember(name);
+    recent_.remember(name);
     showMarks();
-}
-
-void Rings::remember(const std::string& name) {
-    std::size_t row = 0;
-    while (row + 1 < recent_.rows() && recent_.text(row) != name) ++row;
-    for (; row > 0; --row) recent_.setText(row, recent_.text(row - 1));
-    recent_.setText(0, name);
-    std::int32_t count = 0;
-    for (std::size_t i = 0; i < recent_.rows(); ++i) count += recent_.text(i).empty() ? 0 : 1;
-    recentCount_.set(count);
 }
 
 void Rings::act() {
@@ -336,7 +326,7 @@ void Rings::saveFile() {
     checkDone_.set(false);
     activeFile_.set(tree_->nameOf(fileOf(name)));
     custom_.set(true);
-    remember(activeFile_.get());
+    recent_.remember(activeFile_.get());
     saved_.set(true);
     saved_.note();
 }

@@ -4,6 +4,7 @@
 
 #include "unit/server/module.h"
 #include "unit/server/modules/filetree.h"
+#include "unit/server/modules/recentfiles.h"
 #include "unit/server/modules/ringdrawing.h"
 #include "unit/server/modules/ringfile.h"
 
@@ -47,7 +48,6 @@ class Rings final : public Module {
     void endUpload(bool good);
     void exportDrawing();
     void importFiles();
-    void remember(const std::string& name);
     void showMarks();
     void showDrawing();
     RingDrawingStyle style() const;
@@ -84,16 +84,16 @@ class Rings final : public Module {
         fixedNone_{store, "VarPreMarkedRingNone"}, fixedValid_{store, "VarPreMarkedValueValid"},
         detect_{store, "VarPreMarkedRingAutoDet"};
     Number action_{store, "VarCustomRingAction"}, axis_{store, "VarRingProgrammingAxis"},
-        unit_{store, "VarRingProgrammingUnit"}, recentCount_{store, "VarMruCustomRingFileListSize"},
-        usb_{store, "VarUsbState"}, result_{store, "VarLastCommandResult"}, fixedFeet_{store, "VarPreMarkedRingFeet"},
-        fixedOpen_{store, "VarPreMarkedIrisOpen"}, fixedEnd_{store, "VarPreMarkedIrisEnd"};
+        unit_{store, "VarRingProgrammingUnit"}, usb_{store, "VarUsbState"}, result_{store, "VarLastCommandResult"},
+        fixedFeet_{store, "VarPreMarkedRingFeet"}, fixedOpen_{store, "VarPreMarkedIrisOpen"},
+        fixedEnd_{store, "VarPreMarkedIrisEnd"};
     Real progress_{store, "VarLastCommandProgress"}, major_{store, "VarRingProgrammingValueMajor"},
         minor_{store, "VarRingProgrammingValueMinor"}, editMajor_{store, "VarRingProgrammingEditMajor"},
         editMinor_{store, "VarRingProgrammingEditMinor"}, knob_{store, "VarKnob"},
         fixedMetres_{store, "VarPreMarkedRingMeter"}, fixedInches_{store, "VarPreMarkedRingInch"};
     Text ringName_{store, "VarRingProgrammingRingName"}, fileName_{store, "VarRingProgrammingFileName"},
         activeFile_{store, "VarActiveRingFileName"}, resultText_{store, "VarLastCommandResultText"};
-    Column recent_{store, "VarMruCustomRingFileList", "FileName"};
+    RecentFiles recent_{store, "VarMruCustomRingFileList", "VarMruCustomRingFileListSize"};
 };
 
 }  // namespace Unit
