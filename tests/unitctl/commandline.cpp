@@ -14,11 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string contentOf(const std::string& file) {
-    std::ifstream stream(file);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 /// A file that nobody else of this run uses.
 std::string scratch(const char* what) {
     static int count = 0;
@@ -26,6 +21,11 @@ std::string scratch(const char* what) {
 }
 
 }  // namespace
+
+std::string contentOf(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
 
 Outcome runProgram(const std::vector<std::string>& words) {
     const std::string out = scratch(".out"), errors = scratch(".err");

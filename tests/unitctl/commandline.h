@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+/// All bytes of a file; empty when it cannot be read.
+std::string contentOf(const std::filesystem::path& file);
+
 struct Outcome {
     int status;  ///< exit status, -1 when a signal ended it
     std::string out;

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
-#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "commandline.h"
@@ -18,11 +17,6 @@ using nlohmann::json;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
-
-std::string readAll(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
 
 /// A folder like a build's, with this build's programs, whose model may be written into.
 class EditableBuild {
@@ -109,7 +103,7 @@ TEST(Inside, TheAtlasIsTheSameTwiceAndTellsWhatIsNot) {
     const std::string german = first + "/no-lens/Home_Lens-German-day-left.png";
     EXPECT_GT(fs::file_size(german), 500u);
 
-    auto list = json::parse(readAll(first + "/atlas.json"));
+    auto list = json::parse(contentOf(first + "/atlas.json"));
     list.at(2).at("fingerprint") = 1;
     list.at(3).at("page") = "Gone_Page";
     std::ofstream(first + "/atlas.json") << list;
@@ -117,7 +111,7 @@ TEST(Inside, TheAtlasIsTheSameTwiceAndTellsWhatIsNot) {
         unit.ctl({"atlas", second, "--pages", "Home_Lens", "--scene", "no-lens", "--jobs", "1", "--against", first});
     EXPECT_EQ(compared.status, 1);
     EXPECT_THAT(compared.out, HasSubstr("2 differ from"));  // one changed, one new; what is gone was not asked for
-    EXPECT_THAT(readAll(second + "/index.html"),
+    EXPECT_THAT(contentOf(second + "/index.html"),
                 AllOf(HasSubstr("class=\"changed\""), HasSubstr("difference.png"), HasSubstr("class=\"new\"")));
     EXPECT_THAT(unit.ctl({"atlas", second, "--pages", "Nowhere*"}).errors, HasSubstr("No page matches"));
     EXPECT_THAT(unit.ctl({"atlas", second, "--against", unit.temporary("none")}).errors, HasSubstr("no atlas"));
@@ -132,7 +126,7 @@ TEST(Inside, LiveEditingShowsErrorsAndThenTheResult) {
     ASSERT_EQ(start.status, 0) << start.errors;
     unit.say({"goto", "Home_Lens"});
     const fs::path source = build.model() / "pages/start_page.tern";
-    const std::string good = readAll(source);
+    const std::string good = contentOf(source);
 
     const Outcome broken = liveOnce(build, unit, source, good + "\npage Wrong { backgrund: white }\n");
     EXPECT_THAT(broken.out, AllOf(HasSubstr("pages/start_page.tern was saved"), HasSubstr("did you mean 'background'?"),

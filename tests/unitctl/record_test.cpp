@@ -7,7 +7,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "commandline.h"
@@ -17,11 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 using testing::HasSubstr;
-
-std::string readAll(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
 
 void writeAll(const std::string& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
@@ -38,7 +32,7 @@ void use(const TestUnit& unit) {
 
 /// A build of the product in which the grey of captions is green.
 std::string productOfAnotherColor(const std::string& file) {
-    std::string program = readAll(TERN_BINARY_DIR "/bin/gui-virtual");
+    std::string program = contentOf(TERN_BINARY_DIR "/bin/gui-virtual");
     const std::uint32_t grey = 0xffa5a5a5, green = 0xff00ff00;
     for (std::size_t at = 0; at + sizeof grey <= program.size(); at += sizeof grey)
         if (std::memcmp(program.data() + at, &grey, sizeof grey) == 0)
@@ -75,7 +69,7 @@ TEST(Recording, OfAFreeRunShowsTheSameAgainAndFindsAnotherColor) {
     EXPECT_FALSE(told.at("same").get<bool>());
     EXPECT_EQ(told.at("pictures").size(), 3u) << told;
     for (const auto& picture : told.at("pictures")) EXPECT_GT(fs::file_size(picture.get<std::string>()), 500u);
-    EXPECT_NE(readAll(told.at("pictures")[0]), readAll(told.at("pictures")[1]));
+    EXPECT_NE(contentOf(told.at("pictures")[0]), contentOf(told.at("pictures")[1]));
 
     const std::string small = unit.temporary("small.rec");
     unit.say({"minimise", file, small, "--program", other, "--seconds", "10"});
@@ -112,7 +106,7 @@ TEST(Recording, ThatIsNotGoodIsRefusedOrWarnedOf) {
     EXPECT_THAT(unit.ctl({"record", file, "--earlier"}).errors, HasSubstr("No product of this unit has ended"));
     unit.say({"record", file});
     unit.say({"stop"});
-    const std::string good = readAll(file);
+    const std::string good = contentOf(file);
 
     unit.say({"replay", file, "--until", "5", "--stay"});
     EXPECT_EQ(json::parse(unit.say({"--json", "status"})).at("frames"), 6);  // the start is one more

@@ -20,11 +20,6 @@ using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
-std::string fileText(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 bool aliveSoon(const std::function<bool()>& condition) {
     for (int tenths = 0; tenths < 300; ++tenths) {
         if (condition()) return true;
@@ -142,7 +137,7 @@ TEST_F(Lockstep, AProductThatDiesIsStartedAgain) {
     ::kill(status().at("product").get<pid_t>(), SIGKILL);
     EXPECT_TRUE(aliveSoon([&] { return status().at("restarts") == 1; }));
     EXPECT_THAT(status().at("lastEnd").get<std::string>(), HasSubstr("signal 9"));
-    EXPECT_THAT(fileText(unit.temporary("unit.out")), HasSubstr("It is started again"));
+    EXPECT_THAT(contentOf(unit.temporary("unit.out")), HasSubstr("It is started again"));
     EXPECT_EQ(unit.say({"step", "5"}), "");
 }
 
@@ -160,7 +155,7 @@ TEST(Unitctl, TheSameInputGivesTheSamePixelsAndNoticesInUnitsSideBySide) {
     for (int i = 0; i < 2; ++i) {
         const auto file = units[i].temporary("a.png");
         units[i].say({"shot", file.string()});
-        pictures[i] = fileText(file);
+        pictures[i] = contentOf(file);
         journals[i] = units[i].say({"journal"});
     }
     EXPECT_THAT(pictures[0], StartsWith("\x89PNG"));
@@ -238,15 +233,15 @@ TEST(Unitctl, AProductThatHangsInFreeRunIsKilledAndStartedAgain) {
     const auto status = [&] { return json::parse(unit.say({"status", "--json"})); };
     ::kill(status().at("product").get<pid_t>(), SIGSTOP);
     EXPECT_TRUE(aliveSoon([&] { return status().at("restarts") == 1; }));
-    EXPECT_THAT(fileText(unit.temporary("unit.out")), HasSubstr("it hangs, and is killed"));
+    EXPECT_THAT(contentOf(unit.temporary("unit.out")), HasSubstr("it hangs, and is killed"));
 }
 
 TEST(Unitctl, APictureOfTheFirstPageNeedsNothingElse) {
     const std::string file = testing::TempDir() + "/unitctl-" + std::to_string(::getpid()) + ".png";
     const Outcome outcome = runProgram({TERN_BINARY_DIR "/bin/unitctl", "run", "--shot", file});
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_THAT(fileText(file), StartsWith("\x89PNG"));
-    EXPECT_GT(fileText(file).size(), 2000U) << "an empty screen";
+    EXPECT_THAT(contentOf(file), StartsWith("\x89PNG"));
+    EXPECT_GT(contentOf(file).size(), 2000U) << "an empty screen";
     std::filesystem::remove(file);
     for (const auto& entry : std::filesystem::directory_iterator("/dev/shm"))
         EXPECT_THAT(entry.path().filename().string(), Not(HasSubstr("-shot-" + std::to_string(::getpid()))));

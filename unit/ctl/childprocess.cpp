@@ -9,10 +9,9 @@
 
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 
 #include "unit/ctl/problem.h"
+#include "unit/ctl/wholefile.h"
 
 namespace Unit {
 
@@ -82,8 +81,7 @@ void ChildProcess::end(int patience) {
 }
 
 std::string ChildProcess::words() const {
-    std::ifstream file(output_);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return wholeFile(output_);
 }
 
 std::string ChildProcess::lastWords() const {
