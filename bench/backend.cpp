@@ -3,10 +3,8 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <deque>
-#include <new>
 #include <vector>
 
 #include "backend/areas.h"
@@ -21,26 +19,7 @@
 #include "model/catalogue/messages.h"
 #include "model/catalogue/places.h"
 #include "model/catalogue/variables.h"
-
-namespace {
-
-std::size_t allocations = 0;
-
-}  // namespace
-
-// GCC takes the pair for a mismatch once both are inlined.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size); memory != nullptr) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "tests/support/allocations.h"
 
 namespace {
 

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <new>
 
 #include "backend/var.h"
 #include "embedded-gui-engine/compare.h"
@@ -23,26 +21,7 @@
 #include "embedded-gui-engine/regexfilter.h"
 #include "embedded-gui-engine/result.h"
 #include "embedded-gui-engine/stringprovider.h"
-
-namespace {
-
-std::size_t allocations = 0;
-
-}  // namespace
-
-// GCC takes the pair for a mismatch once both are inlined.
-#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size); memory != nullptr) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+#include "tests/support/allocations.h"
 
 namespace {
 

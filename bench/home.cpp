@@ -17,9 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -27,12 +25,11 @@
 #include "embedded-gui-engine/framebuffer.h"
 #include "embedded-gui-engine/guimanager.h"
 #include "model/catalogue/constants.h"
+#include "tests/support/allocations.h"
 #include "tests/support/stubserver.h"
 #include "tests/support/wholeunit.h"
 
 namespace {
-
-long allocations = 0;
 
 double threadSeconds() {
     timespec time;
@@ -203,7 +200,7 @@ void idle(benchmark::State& state) {
     std::vector<double> bare;
     passes.reserve(static_cast<std::size_t>(state.max_iterations));
     bare.reserve(static_cast<std::size_t>(state.max_iterations));
-    const long before = allocations;
+    const std::size_t before = allocations;
     for ([[maybe_unused]] auto iteration : state) {
         passes.push_back(secondsOf(8, [] { unit().pass(); }));
         bare.push_back(secondsOf(8, [&] { calls.make(); }));
@@ -216,17 +213,5 @@ void idle(benchmark::State& state) {
 BENCHMARK(idle)->UseManualTime()->Iterations(5000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 BENCHMARK_MAIN();

@@ -1,26 +1,9 @@
 // While events are handled and while nothing happens, the heap is left alone.
-#include <cstdlib>
-#include <new>
 
 #include "embedded-gui-engine/navigateto.h"
 #include "embedded-gui-engine/timer.h"
+#include "tests/support/allocations.h"
 #include "world.h"
-
-namespace {
-long allocations = 0;
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace Engine::Test {
 namespace {
@@ -45,7 +28,7 @@ TEST_F(Idle, NeitherEventsNorNavigationNorFramesAllocate) {
     manager.finishFrame();
 
     hooks().log = nullptr;  // the fixture's own would allocate
-    const long before = allocations;
+    const std::size_t before = allocations;
     for (int i = 0; i < 200; ++i) {
         for (int k = 0; k < 3; ++k) manager.postEvent(static_cast<EventId>(200 + (i + k) % 2));
         down(1, 1);

@@ -1,32 +1,12 @@
-// Counts allocations of the whole program, which is why the operators are replaced here.
+// What the text engine allocates, counted over the whole program.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 
 #include "embedded-gui-engine/label.h"
 #include "model/assets.h"
 #include "screen.h"
-
-namespace {
-
-std::size_t allocations = 0;
-
-}  // namespace
-
-// Not inlined: a compiler that sees one of the pair alone takes malloc and free for a mismatch.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* block = std::malloc(size != 0 ? size : 1)) return block;
-    throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* block) noexcept {
-    std::free(block);
-}
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
+#include "tests/support/allocations.h"
 
 namespace {
 
