@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -47,6 +48,11 @@ class World {
         ASSERT_TRUE(bytes) << name << ": " << problem;
         simulation_->store().setBytes(*cell, *bytes);
         simulation_->changed(cell->id);
+    }
+    /// Every byte of every area, and every notice.
+    void spoil(std::byte value) {
+        for (auto& area : memory_) std::ranges::fill(area, value);
+        for (const auto& described : Catalogue::values) simulation_->changed(described.id);
     }
     void act(const char* module, const char* setting, const nlohmann::json& value) {
         std::string problem;

@@ -44,6 +44,8 @@ class Number : public Variable {
   public:
     Number(Store& store, std::string_view name) : Variable(store, name, "ie") {}
     std::int32_t get() const { return store_->integer(cell_); }
+    /// The nearest value of `low` to `high`: memory may hold anything, and what is reckoned with must have bounds.
+    std::int32_t within(std::int32_t low, std::int32_t high) const { return std::clamp(get(), low, high); }
     void set(std::int32_t value) const { store_->setInteger(cell_, value); }
 
     template <typename Enum>

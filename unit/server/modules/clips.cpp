@@ -115,7 +115,7 @@ void Clips::listClips() {
 }
 
 void Clips::add(Medium& medium, double seconds, bool playable) {
-    const auto row = static_cast<std::size_t>(medium.size.get());
+    const auto row = static_cast<std::size_t>(medium.clips());
     if (row >= medium.title.rows()) return;
     ++takes_;
     char title[24];
@@ -142,15 +142,15 @@ std::size_t Clips::chosenRow(const Medium& medium) const {
 void Clips::choose(std::int32_t medium, std::int32_t clip) {
     const auto count = std::min(std::max(1, number_.get()), static_cast<std::int32_t>(media_.size()));
     if (medium < 0 || medium >= count) return;
-    const std::int32_t size = media_[static_cast<std::size_t>(medium)].size.get();
+    const std::int32_t size = media_[static_cast<std::size_t>(medium)].clips();
     medium_.set(medium);
-    clip_.set(std::clamp(clip, 0, std::max(0, size - 1)));
+    clip_.set(std::clamp(clip, 0, std::max(1, size) - 1));
     played_ = 0;
     show();
 }
 
 void Clips::moveBy(std::int32_t clips) {
-    choose(medium_.get(), std::clamp(clip_.get(), 0, 100'000) + clips);
+    choose(medium_.get(), clip_.within(0, 100'000) + clips);
 }
 
 void Clips::togglePlay() {
@@ -199,7 +199,7 @@ void Clips::followRecording(double seconds) {
     }
     if (take_ >= 0 && listed_) {
         add(media_[0], take_, true);
-        choose(0, media_[0].size.get() - 1);
+        choose(0, media_[0].clips() - 1);
     }
     take_ = -1;
 }
@@ -222,8 +222,8 @@ void Clips::play(double seconds) {
 
 void Clips::show() {
     const Medium& medium = chosenMedium();
-    const bool some = listed_ && clip_.get() >= 0 && clip_.get() < medium.size.get();
-    last_.set(some && clip_.get() == medium.size.get() - 1);
+    const bool some = listed_ && clip_.get() >= 0 && clip_.get() < medium.clips();
+    last_.set(some && clip_.get() == medium.clips() - 1);
     playable_.set(some && medium.playable.integer(chosenRow(medium)) != 0);
     fastForward_.set(some);
     if (!listed_ && plays_) stop();

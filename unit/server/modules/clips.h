@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "unit/server/module.h"
 
 namespace Unit {
@@ -20,6 +18,7 @@ class Clips final : public Module {
 
     struct Medium {
         Medium(Store& values, int number);
+        std::int32_t clips() const { return static_cast<std::int32_t>(title.live(size)); }
         Text name;
         Number size;
         Mask enabled;

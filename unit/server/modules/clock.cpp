@@ -117,13 +117,14 @@ void Clock::adopt() {
                                 std::chrono::day(static_cast<unsigned>(day_.get())));
     // The 31st of a short month becomes its last day.
     const sys_days days = wanted.ok() ? sys_days(wanted) : sys_days(wanted.year() / wanted.month() / last);
-    const std::int64_t within = seconds_ % 60;
-    seconds_ = sys_seconds(days).time_since_epoch().count() + hour_.get() * 3600 + minute_.get() * 60 + within;
+    const std::int64_t second = seconds_ % 60;
+    seconds_ =
+        sys_seconds(days).time_since_epoch().count() + hour_.within(0, 23) * 3600 + minute_.within(0, 59) * 60 + second;
     show();
 }
 
 void Clock::adopt12() {
-    hour_.set(hour12_.get() % 12 + (amPm_.is(Model::ClockAmPm::Pm) ? 12 : 0));
+    hour_.set(hour12_.within(1, 12) % 12 + (amPm_.is(Model::ClockAmPm::Pm) ? 12 : 0));
     adopt();
 }
 

@@ -25,10 +25,12 @@ DepthCamera::DepthCamera(Store& values) : Module("depth-camera", values) {
     // The distance where most of the picture lies becomes the point that is looked at.
     hear(add_, [this] {
         if (!add_.take() || !there_) return;
-        const double part =
-            (static_cast<double>(measured_.get() - near_.get())) / static_cast<double>(far_.get() - near_.get());
-        index_.set(static_cast<std::int32_t>(std::clamp(part, 0.0, 1.0) * (intervals_.get() - 1)));
-        value_.set(static_cast<std::int32_t>(y_.real(static_cast<std::size_t>(index_.get()))));
+        takePicture();
+        const double width = static_cast<double>(far_.get()) - static_cast<double>(near_.get());
+        const double part = std::clamp((subject_ - static_cast<double>(near_.get())) / width, 0.0, 1.0);
+        const auto point = static_cast<std::int32_t>(part * (intervals_.get() - 1));
+        index_.set(point);
+        value_.set(static_cast<std::int32_t>(y_.real(static_cast<std::size_t>(point))));
     });
     hear(automatic_, [this] {
         if (!automatic_.take() || !there_) return;
@@ -55,20 +57,27 @@ void DepthCamera::tick(std::int64_t nanoseconds) {
     takePicture();
 }
 
+// What the product has asked for may be no range at all.
+void DepthCamera::keepRange() {
+    if (near_.get() >= 0 && far_.get() > near_.get() && std::isfinite(far_.get())) return;
+    near_.set(defaultNear);
+    far_.set(defaultFar);
+}
+
+double DepthCamera::amountAt(double metres) const {
+    if (!there_) return 0;
+    const double off = (metres - subject_) / (0.1 * subject_);
+    return background + (brightest - background) * std::exp(-off * off / 2);
+}
+
 void DepthCamera::takePicture() {
-    // What the product has asked for may be no range at all.
-    if (!(near_.get() >= 0) || !(far_.get() > near_.get())) {
-        near_.set(defaultNear);
-        far_.set(defaultFar);
-    }
-    intervals_.set(std::clamp(intervals_.get(), 2, mostIntervals));
+    keepRange();
+    intervals_.set(intervals_.within(2, mostIntervals));
     const auto points = static_cast<std::size_t>(intervals_.get());
-    const double width = 0.1 * subject_;
     for (std::size_t i = 0; i < points; ++i) {
         const double part = static_cast<double>(i) / static_cast<double>(points - 1);
         const double metres = static_cast<double>(near_.get()) + part * static_cast<double>(far_.get() - near_.get());
-        const double off = (metres - subject_) / width;
-        const double amount = there_ ? background + (brightest - background) * std::exp(-off * off / 2) : 0;
+        const double amount = amountAt(metres);
         valid_.setInteger(i, there_ ? 1 : 0);
         x_.setReal(i, static_cast<float>(metres));
         y_.setReal(i, static_cast<float>(std::floor(amount)));

@@ -14,6 +14,9 @@ class DepthCamera final : public Module {
     void tick(std::int64_t nanoseconds) override;
 
   private:
+    void keepRange();
+    /// How much of the picture lies there, 0 to 255.
+    double amountAt(double metres) const;
     void takePicture();
 
     Real near_{store, "VarCdmNearDistance"}, far_{store, "VarCdmFarDistance"}, displayMin_{store, "VarCdmDisplayMin"},

@@ -230,7 +230,7 @@ void Distance::tick(std::int64_t nanoseconds) {
 
 void Distance::measure(double seconds) {
     // The more damping, the slower the reading follows.
-    const double lag = 0.02 + 0.04 * damping_.get();
+    const double lag = 0.02 + 0.04 * damping_.within(0, 25);
     smoothed_ += (subject_ - smoothed_) * (1 - std::exp(-seconds / lag));
     const auto stateAt = [](double metres) {
         return number(metres < nearest || metres > farthest ? DistanceState::NoTarget : DistanceState::Valid);

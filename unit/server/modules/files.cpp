@@ -239,7 +239,7 @@ void Files::remove() {
 
 void Files::makeFavourite() {
     static constexpr std::array kinds = {"LensFile", "CustomRing", "UserSetup", "Diopter"};
-    const std::string kind = kinds[static_cast<std::size_t>(std::clamp(type_.get(), 0, 3))];
+    const std::string kind = kinds[static_cast<std::size_t>(type_.within(0, 3))];
     const std::string folder = tree_->nameOf(highlightedFolder());
     Text(store, "Var" + kind + "FavouriteFolder").set(folder);
     Text(store, "Var" + kind + "FavouriteFolderDisplay").set(folder);
@@ -247,7 +247,7 @@ void Files::makeFavourite() {
 }
 
 void Files::use(const FileTree::Row& row) {
-    const auto type = static_cast<std::size_t>(std::clamp(type_.get(), 0, 3));
+    const auto type = static_cast<std::size_t>(type_.within(0, 3));
     if (type_.is(Model::FileBrowserType::UserSetupFiles)) SavedSettings(store, row.path).restore();
     if (loaders_[type]) loaders_[type](tree_->nameOf(row.path));
 }

@@ -188,13 +188,13 @@ void Motor::reread() {
 }
 
 void Motor::takeTorque() {
-    torque_.set(std::clamp(torqueRequest.get(), 1, 4));
+    torque_.set(torqueRequest.within(1, 4));
 }
 
 void Motor::takeGear() {
     const bool automatic = gearAutoRequest;
     gearAuto_.set(automatic);
-    gear_.set(automatic ? 35 : std::clamp(gearRequest.get(), 1, 255));
+    gear_.set(automatic ? 35 : gearRequest.within(1, 255));
     if (teeth_) teeth_->set(teethOf(automatic, gear_.get()));
 }
 

@@ -118,7 +118,7 @@ void Motors::stopSettingLimits() {
 }
 
 void Motors::manualAxisChanged() {
-    const auto axis = static_cast<std::size_t>(std::clamp(manualAxis_.get(), 0, 4));
+    const auto axis = static_cast<std::size_t>(manualAxis_.within(0, 4));
     if (manual_ != nullptr) manual_->endManual(manualFinished_);
     manual_ = axis == 0 ? nullptr : motors_[axis - 1].get();
     if (manual_ == nullptr) return;

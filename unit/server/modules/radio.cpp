@@ -56,7 +56,7 @@ Radio::Radio(Store& values)
             channel_.set(moduleChannel_.integer(moduleRow()));
             region_.set(moduleRegion_.integer(moduleRow()));
         },
-        [this] { return static_cast<std::size_t>(std::clamp(modem_.get(), 0, 2)); });
+        [this] { return static_cast<std::size_t>(modem_.within(0, 2)); });
     settingFlag(
         "controller", [this](bool there) { controller_ = there; }, [this] { return controller_; });
     settingNumber(
@@ -81,7 +81,7 @@ Radio::Radio(Store& values)
 }
 
 std::size_t Radio::moduleRow() const {
-    return static_cast<std::size_t>(std::clamp(modem_.get(), 0, 2));
+    return static_cast<std::size_t>(modem_.within(0, 2));
 }
 
 void Radio::factory() {

@@ -249,7 +249,7 @@ void Rings::tick(std::int64_t nanoseconds) {
 }
 
 void Rings::showMarks() {
-    ring_.axis = std::clamp(axis_.get(), 0, 3);
+    ring_.axis = axis_.within(0, 3);
     ring_.imperial = unit_.is(Model::LengthUnit::Feet);
     ring_.leftHanded = leftHand_;
     const auto mark = near();

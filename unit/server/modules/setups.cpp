@@ -64,7 +64,7 @@ void Setups::save() {
     if (recent_.text(0) == tree_->nameOf(file)) return;
     for (std::size_t row = recent_.rows() - 1; row > 0; --row) recent_.setText(row, recent_.text(row - 1));
     recent_.setText(0, tree_->nameOf(file));
-    recentCount_.set(std::min(recentCount_.get() + 1, static_cast<std::int32_t>(recent_.rows())));
+    recentCount_.set(static_cast<std::int32_t>(std::min(recent_.live(recentCount_) + 1, recent_.rows())));
 }
 
 }  // namespace Unit

@@ -71,7 +71,7 @@ bool Stopwatch::countsDown() const {
 }
 
 std::int32_t Stopwatch::startValue() const {
-    return countsDown() ? minutes_.get() * 60 + secondsSet_.get() : 0;
+    return countsDown() ? minutes_.within(0, 99) * 60 + secondsSet_.within(0, 59) : 0;
 }
 
 void Stopwatch::reset() {

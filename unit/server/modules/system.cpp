@@ -162,8 +162,8 @@ void System::showKnobLight() {
                                                                  {63, 48, 0, 0},
                                                                  {63, 24, 0, 0},
                                                                  {40, 0, 63, 0}}};
-    const auto& part = parts[static_cast<std::size_t>(std::clamp(knobColor_.get(), 0, 7))];
-    const std::int32_t brightness = knobBrightness_.get();
+    const auto& part = parts[static_cast<std::size_t>(knobColor_.within(0, 7))];
+    const std::int32_t brightness = knobBrightness_.within(0, 10);
     red_.set(part[0] * brightness / 10);
     green_.set(part[1] * brightness / 10);
     blue_.set(part[2] * brightness / 10);

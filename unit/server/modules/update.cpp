@@ -176,7 +176,7 @@ void Update::updateDevice() {
 }
 
 void Update::updateBusDevice() {
-    const auto row = static_cast<std::size_t>(std::clamp(busSelected_.get(), 0, busDevices_.get() - 1));
+    const auto row = static_cast<std::size_t>(busSelected_.within(0, std::max(1, busDevices_.get()) - 1));
     busName_.set(busNames_.text(row));
     busState_.set(UpdateState::Running);
     busCount_.set(busParts);
