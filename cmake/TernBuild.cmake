@@ -84,6 +84,14 @@ function(tern_together target)
   endif()
 endfunction()
 
+# tern_command_line(SOURCES...): what reads a command line. The library for that is templates throughout: to optimize
+# them under sanitizers takes three times as long and tells nothing of ours.
+function(tern_command_line)
+  if(TERN_SANITIZE)
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -O0)
+  endif()
+endfunction()
+
 # tern_program(NAME SOURCES sources... LINK targets... PLATFORM linux|virtual)
 # A program over one of the platform twins. The twin is linked whole, since floors of any height call it.
 function(tern_program name)
