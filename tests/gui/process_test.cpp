@@ -109,6 +109,16 @@ TEST(Process, StartsWithWhateverTheAreasHold) {
     }
 }
 
+TEST(Process, ADisplayOfAnotherDepthIsRefusedBeforeItIsDrawnOn) {
+    Product product;
+    Platform::Virtual::Instance::current().setScreen(240, 400, 16);
+    product.start();
+    EXPECT_EQ(product.waitForEnd(), -1) << "the supervisor starts it again";
+    EXPECT_NE(product.log().find("/dev/fb0: the display has 16 bits a pixel, 32 are needed."), std::string::npos)
+        << product.log();
+    EXPECT_EQ(product.driver().pans(), 1u) << "the one that opens the display";
+}
+
 TEST(Process, ATextVerificationIsRefusedAfterAFullStart) {
     Product product;
     product.start({"-r", "-t", "3"});

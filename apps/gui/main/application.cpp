@@ -109,6 +109,7 @@ Application::Application()
       display_(displayPath, bufferCount),
       manager_(Engine::GuiManager::instance()) {
     display_.open(LinuxFramebuffer::Contents::Keep);
+    requireWholePixels();
     handler_.emplace(&poll_, Model::handlerTable);
     forgetOldMessage();
     screen_.emplace(static_cast<std::uint32_t>(display_.width()), static_cast<std::uint32_t>(display_.height()), 8u,
@@ -128,6 +129,13 @@ Application::Application()
 }
 
 Application::~Application() = default;
+
+/// The painter writes four bytes a pixel, so anything else would be drawn past the end of its buffer.
+void Application::requireWholePixels() const {
+    if (display_.bitsPerPixel() != 32)
+        TERN_FATAL("%s: the display has %i bits a pixel, 32 are needed. Set its driver to 32 bits.", displayPath,
+                   display_.bitsPerPixel());
+}
 
 /// A message that was on the screen when the process before this one ended has no text any more, and no key that could
 /// close it.

@@ -42,6 +42,7 @@ class Application {
   private:
     using Screen = Engine::Framebuffer<unsigned int>;
 
+    void requireWholePixels() const;
     void forgetOldMessage();
     void connectModel();
     void connectTrace();
