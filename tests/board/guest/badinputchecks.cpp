@@ -1,0 +1,64 @@
+// A board that is not as it should be: what the product is to do, each with a start of its own.
+#include <linux/input-event-codes.h>
+
+#include "tests/board/guest/expect.h"
+#include "tests/board/guest/machine.h"
+
+namespace Board {
+
+namespace {
+
+/// The product gives up at its start: by the uncaught exception that each fatal condition ends in.
+void refuses(Machine& board, const std::string& text) {
+    board.startProduct();
+    const std::string end = board.awaitEnd();
+    expect(end.starts_with("by signal 6"), "expected an end by signal 6, found an end " + end);
+    board.log.await(text, 1);
+}
+
+void runs(Machine& board) {
+    board.startProduct();
+    board.awaitLandingPage();
+    sleepFor(0.5);
+    const std::string end = board.stopProduct();
+    expect(end == "with status 0", "expected an end with status 0, found an end " + end);
+}
+
+void withoutTouch(Machine& board) {
+    board.touch.reset();
+    board.startProduct();
+    board.log.await("Open of device /dev/input/touchscreen0 permanently failed", 20);
+    board.keys2->press(KEY_MENU);
+    board.log.await("USER Page: Home_Camera", 2);
+    const std::string end = board.stopProduct();
+    expect(end == "with status 0", "expected an end with status 0, found an end " + end);
+}
+
+}  // namespace
+
+void checkBadInput(Machine& board, Report& report) {
+    report.check("without a touch panel the rest works", [&] { withoutTouch(board); });
+    report.check("without a framebuffer it says so and ends", [&] {
+        board.removeDisplay();
+        refuses(board, "frambuffer open: No such file or directory");
+        loadModule("boardfb");
+    });
+    report.check("without the vertical blank it says so and ends", [&] {
+        board.changeDisplay("vsync=0");
+        refuses(board, "vsync: Inappropriate ioctl for device");
+    });
+    report.check("a display of 16 bits is refused", [&] {
+        board.changeDisplay("depth=16");
+        refuses(board, "the display has 16 bits a pixel");
+    });
+    report.check("a larger display is drawn on", [&] {
+        board.changeDisplay("width=320 height=480");
+        runs(board);
+    });
+    report.check("a smaller display is drawn on", [&] {
+        board.changeDisplay("width=160 height=240");
+        runs(board);
+    });
+}
+
+}  // namespace Board

@@ -1,0 +1,92 @@
+// Keys and fingers, on the devices' own paths.
+#include <linux/input-event-codes.h>
+
+#include <cstdio>
+
+#include "tests/board/guest/expect.h"
+#include "tests/board/guest/machine.h"
+
+namespace Board {
+
+namespace {
+
+constexpr const char* keys2Path = "/dev/input/by-path/platform-gpio-keys2-event";
+
+/// The product looks for it for five seconds from its first frame.
+void lateDevice(Machine& board) {
+    const std::string opening = std::string("Open of device ") + keys2Path;
+    board.log.await(opening + " failed, trying for up to", 1);
+    sleepFor(2);
+    board.plugKeys2();
+    board.log.await(opening + " suceeded after", 1);
+    const std::string before = board.ask("get VarFuncLDD");
+    board.keys2->press(KEY_SELECT);
+    expect(waitUntil(1, [&] { return board.ask("get VarFuncLDD") != before; }),
+           "expected the function key to change VarFuncLDD, found it at " + before);
+    board.showLandingPage();
+    board.expectShown(board.landingPage, "after-function-key", 1);
+}
+
+void keyChangesPage(Machine& board) {
+    Picture last = board.landingPage;
+    for (const char* page : {"Home_Camera", "Menu_Root", "Home_LDD"}) {
+        board.log.forget();
+        board.keys2->press(KEY_MENU);
+        board.log.await(std::string("USER Page: ") + page, 2);
+        sleepFor(0.1);
+        expect(board.display->shown() != last, std::string("the picture has not changed with the page ") + page);
+        last = board.display->shown();
+    }
+    board.showLandingPage();
+    board.expectShown(board.landingPage, "after-pages", 1);
+}
+
+float mark(Machine& board) {
+    return std::stof(board.ask("get VarLensMarkerFocusValue0"));
+}
+
+/// A field below the scale clears the mark that stands on the reading line.
+void touchReachesWidget(Machine& board) {
+    expect(mark(board) >= 0, "expected a mark before the touch, found " + std::to_string(mark(board)));
+    board.touch->tap(200, 384);
+    expect(waitUntil(1, [&] { return mark(board) < 0; }),
+           "expected no mark after the touch, found " + std::to_string(mark(board)));
+}
+
+/// The key below that field sets it again.
+void softKeyDoesTheSame(Machine& board) {
+    board.keys1->press(BTN_5);
+    expect(waitUntil(1, [&] { return mark(board) >= 0; }),
+           "expected a mark after the key, found " + std::to_string(mark(board)));
+    board.expectShown(board.landingPage, "after-soft-key", 1);
+}
+
+/// The host presses it when it reads the line; until it does, the board's time runs as fast as it can.
+void powerKey(Machine& board) {
+    board.log.forget();
+    std::printf("please press the power key\n");
+    board.log.await("USER Key: Event_ButtonSoftPowerPressed", 3600);
+    board.log.await("USER Key: Event_ButtonSoftPowerReleased", 10);
+}
+
+}  // namespace
+
+void checkLateDevice(Machine& board, Report& report) {
+    report.check("a device that appears late is used", [&] { lateDevice(board); });
+}
+
+void checkInput(Machine& board, Report& report) {
+    report.check("a key record changes the page", [&] { keyChangesPage(board); });
+    report.check("a touch reaches its widget", [&] { touchReachesWidget(board); });
+    report.check("a key of the other key device too", [&] { softKeyDoesTheSame(board); });
+    report.check("the power key answers", [&] { powerKey(board); });
+}
+
+void checkEnd(Machine& board, Report& report) {
+    report.check("SIGTERM ends it with status 0", [&] {
+        const std::string end = board.stopProduct();
+        expect(end == "with status 0", "expected an end with status 0, found an end " + end);
+    });
+}
+
+}  // namespace Board

@@ -1,0 +1,74 @@
+// From the start of the product to its first page.
+#include <fcntl.h>
+#include <semaphore.h>
+
+#include "tests/board/guest/expect.h"
+#include "tests/board/guest/machine.h"
+
+namespace Board {
+
+namespace {
+
+constexpr const char* gateName = "/message-broker-ready";
+
+/// The server's gate in our hands: who waits there comes in when we let go.
+class HeldGate {
+  public:
+    HeldGate() : gate_(::sem_open(gateName, 0)) {
+        expect(gate_ != SEM_FAILED, "the server has no gate");
+        ::sem_wait(gate_);
+    }
+    HeldGate(const HeldGate&) = delete;
+    HeldGate& operator=(const HeldGate&) = delete;
+    ~HeldGate() {
+        ::sem_post(gate_);
+        ::sem_close(gate_);
+    }
+
+  private:
+    sem_t* gate_;
+};
+
+Picture bootLoaderPicture() {
+    Picture picture(std::size_t{displayWidth} * displayHeight);
+    for (std::size_t i = 0; i < picture.size(); ++i)
+        picture[i] = static_cast<std::uint32_t>(i % displayWidth << 16 | i / displayWidth / 2 << 8 | 0x55);
+    return picture;
+}
+
+/// The product is held at the gate for a second: what it has done to the display until then shows.
+void bootLoaderPictureStays(Machine& board, const Picture& before) {
+    const HeldGate gate;
+    board.startProduct();
+    board.log.await("Waiting for server", 10);
+    sleepFor(1);
+    expect(board.display->shownLine() == 0, "expected the first buffer, which holds the picture");
+    board.expectShown(before, "boot-loader", 0);
+}
+
+/// From its first pixel on the logo is complete within a tenth of a second, and stands two seconds.
+void logoFollows(Machine& board, const Picture& before) {
+    const Picture logo = loadPicture("/usr/share/qz-boot-logo.png");
+    expect(waitUntil(20, [&] { return board.display->shown() != before; }),
+           "expected the logo, found the picture before it");
+    board.expectShown(logo, "logo", 0.1);
+    const double start = now();
+    waitUntil(20, [&] { return board.display->shown() != logo; });
+    expectBetween("milliseconds of the logo", static_cast<long long>((now() - start) * 1000), 1850, 2150);
+}
+
+}  // namespace
+
+void checkStart(Machine& board, Report& report) {
+    const Picture before = bootLoaderPicture();
+    board.display->paint(before);
+    report.check("the boot loader's picture stays until the logo", [&] { bootLoaderPictureStays(board, before); });
+    report.check("the logo stands for two seconds", [&] { logoFollows(board, before); });
+    report.check("the landing page is in the shown buffer", [&] {
+        board.awaitLandingPage();
+        board.showLandingPage();
+        board.expectShown(board.landingPage, "landing-page", 1);
+    });
+}
+
+}  // namespace Board
