@@ -17,7 +17,7 @@ void FancyBorder::draw(Painter& painter, Rect rect) {
 void FancyBorder::checkImage() {
     checked_ = true;
     if (image_ == nullptr || (image_->width % 3 == 0 && image_->height % 3 == 0)) return;
-    engineLog(0, __FILE__, __LINE__, "Fancy border image width (%i) and/or height (%i) are not a multiple of 3.",
+    engineLog(0, __FILE_NAME__, __LINE__, "Fancy border image width (%i) and/or height (%i) are not a multiple of 3.",
               static_cast<int>(image_->width), static_cast<int>(image_->height));
 }
 

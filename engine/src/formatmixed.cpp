@@ -71,7 +71,7 @@ void formatMixed(char* buffer, std::size_t length, const char* format, std::span
     const char* piece = at;
     while (*at != '\0' && writer.room() > 0) {
         if (at - piece >= static_cast<std::ptrdiff_t>(MaxPiece)) {
-            engineLog(1, __FILE__, __LINE__, "size of tmpFmt too small!");
+            engineLog(1, __FILE_NAME__, __LINE__, "size of tmpFmt too small!");
             piece = at;
         }
         if (*at != '%') {

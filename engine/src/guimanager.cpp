@@ -124,12 +124,13 @@ void GuiManager::runReactions() {
 }
 
 void GuiManager::dieOfTooManyEvents() {
-    engineLog(0, __FILE__, __LINE__,
+    engineLog(0, __FILE_NAME__, __LINE__,
               "More than 1000 events in one refresh cycle, something is wrong. Check the GUI design.");
-    engineLog(0, __FILE__, __LINE__, "Active page is %s", activePage_ != nullptr ? activePage_->objectName() : "NULL");
-    engineLog(0, __FILE__, __LINE__, "There are currently %u events in the queue:", eventQueue_.count());
-    while (eventQueue_.count() > 0) engineLog(0, __FILE__, __LINE__, "Event %u", eventQueue_.pop());
-    engineLog(0, __FILE__, __LINE__, "This is FATAL, EXITING");
+    engineLog(0, __FILE_NAME__, __LINE__, "Active page is %s",
+              activePage_ != nullptr ? activePage_->objectName() : "NULL");
+    engineLog(0, __FILE_NAME__, __LINE__, "There are currently %u events in the queue:", eventQueue_.count());
+    while (eventQueue_.count() > 0) engineLog(0, __FILE_NAME__, __LINE__, "Event %u", eventQueue_.pop());
+    engineLog(0, __FILE_NAME__, __LINE__, "This is FATAL, EXITING");
     std::exit(EXIT_FAILURE);
 }
 
@@ -278,7 +279,7 @@ void GuiManager::setActivePage(Page* page) {
 
 bool GuiManager::mayChangePage(const Page* page) const {
     if (pageNesting_ < MaxPageNesting) return true;
-    engineLog(0, __FILE__, __LINE__,
+    engineLog(0, __FILE_NAME__, __LINE__,
               "Page changes are nested more than %i deep, going to %s is refused. Check the reactions on entering and "
               "leaving pages.",
               MaxPageNesting, page != nullptr ? page->objectName() : "NULL");
@@ -331,7 +332,7 @@ void GuiManager::navigateTo(Page* page) {
 
 void GuiManager::pushHistory(Page* page) {
     if (history_.size() > static_cast<std::size_t>(historyLimit_)) {
-        engineLog(2, __FILE__, __LINE__, "Page history buffer is full, removing oldest entries.");
+        engineLog(2, __FILE_NAME__, __LINE__, "Page history buffer is full, removing oldest entries.");
         history_.erase(history_.begin(), history_.begin() + std::max(1, historyLimit_ / 4));
     }
     history_.push_back(page);

@@ -59,7 +59,7 @@ void GuiManager::applyRotationProvider() {
     if (rotationProvider_ == nullptr) return;
     const int degrees = rotationProvider_->value();
     if (!painter_->setRotationDegrees(degrees))
-        engineLog(0, __FILE__, __LINE__, "Could not set rotation of %i degree.", degrees);
+        engineLog(0, __FILE_NAME__, __LINE__, "Could not set rotation of %i degree.", degrees);
 }
 
 void GuiManager::drawScreen(Clip clip) {

@@ -70,7 +70,7 @@ void MatchReport::write(const Reaction& reaction, const Widget* hitWidget, bool 
     line.append(" %30s", nameOf(reaction, widget));
     line.append(" matches and is %svalid and %sreactive", notWord(reaction.enabled), notWord(ownerEnabled));
     if (!ownerEnabled) appendChain(line, widget);
-    engineLog(ReportLevel, __FILE__, __LINE__, "%s", line.text());
+    engineLog(ReportLevel, __FILE_NAME__, __LINE__, "%s", line.text());
 }
 
 void MatchReport::writeHeader() {
@@ -78,13 +78,14 @@ void MatchReport::writeHeader() {
     headerWritten_ = true;
     const char* event = Trace::instance().eventName(eventId_);
     if (reactable_.isPage())
-        engineLog(ReportLevel, __FILE__, __LINE__, "%s on page %s", event,
+        engineLog(ReportLevel, __FILE_NAME__, __LINE__, "%s on page %s", event,
                   static_cast<const Page&>(reactable_).objectName());
     else if (reactable_.isBehaviorContainer())
-        engineLog(ReportLevel, __FILE__, __LINE__, "%s on behavior container %s", event,
+        engineLog(ReportLevel, __FILE_NAME__, __LINE__, "%s on behavior container %s", event,
                   static_cast<const BehaviorContainer&>(reactable_).objectName());
     else
-        engineLog(ReportLevel, __FILE__, __LINE__, "%s on reactable %p", event, static_cast<const void*>(&reactable_));
+        engineLog(ReportLevel, __FILE_NAME__, __LINE__, "%s on reactable %p", event,
+                  static_cast<const void*>(&reactable_));
 }
 
 }  // namespace Engine

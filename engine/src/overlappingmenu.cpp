@@ -71,7 +71,7 @@ void OverlappingMenu::open(Page* page) {
         return;
     }
     if (opened_.size() + opening_.size() >= opened_.capacity()) {
-        engineLog(1, __FILE__, __LINE__, "%s has room for %i pages only, %s is not opened.", objectName(),
+        engineLog(1, __FILE_NAME__, __LINE__, "%s has room for %i pages only, %s is not opened.", objectName(),
                   opened_.capacity(), page != nullptr ? page->objectName() : "NULL");
         return;
     }

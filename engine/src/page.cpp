@@ -83,7 +83,8 @@ bool Page::addFocus(Widget* widget) {
 
 bool Page::canFocus(const Widget* widget) const {
     if (widget != nullptr && widget->isFocusable() && widget->isOperable()) return true;
-    engineLog(1, __FILE__, __LINE__, "Widget (%s) not focusable", widget != nullptr ? widget->objectName() : "nullptr");
+    engineLog(1, __FILE_NAME__, __LINE__, "Widget (%s) not focusable",
+              widget != nullptr ? widget->objectName() : "nullptr");
     return false;
 }
 

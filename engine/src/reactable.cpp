@@ -35,7 +35,7 @@ struct Reactable::Pass {
     ReactionQueue& queue;
     MatchReport report;
     bool touch;
-    Point hitPoint;  ///< of touch events: where the gesture began
+    Point hitPoint;      ///< of touch events: where the gesture began
     bool heard = false;  ///< a matcher matched, whether something came of it or not
     bool matched = false;
     bool ended = false;  ///< a touch event found its target
@@ -113,7 +113,7 @@ bool Reactable::afterDispatch(EventId) {
 
 bool Reactable::queueObserver(Observer* observer) {
     if (observer == nullptr || observers_.contains(observer) || observers_.add(observer)) return true;
-    engineLog(0, __FILE__, __LINE__, "No room for an observer to wait for its page: the model reserved %i places.",
+    engineLog(0, __FILE_NAME__, __LINE__, "No room for an observer to wait for its page: the model reserved %i places.",
               observers_.capacity());
     return false;
 }

@@ -34,7 +34,7 @@ void RegexFilter::link() {
     const char* error = "";
     int offset = 0;
     code_ = pcre_compile(expression_, 0, &error, &offset, nullptr);
-    if (code_ == nullptr) engineLog(1, __FILE__, __LINE__, "RegEx error at character %i: %s", offset, error);
+    if (code_ == nullptr) engineLog(1, __FILE_NAME__, __LINE__, "RegEx error at character %i: %s", offset, error);
 }
 
 void RegexFilter::setExpression(const char* expression) {
@@ -50,7 +50,7 @@ void RegexFilter::apply(const char* subject, char (&out)[TextSize]) {
         pcre_exec(code_, &extra, subject, static_cast<int>(std::strlen(subject)), 0, 0, ovector, OvectorSize);
     if ((count == PCRE_ERROR_MATCHLIMIT || count == PCRE_ERROR_RECURSIONLIMIT) && !limitReported_) {
         limitReported_ = true;
-        engineLog(1, __FILE__, __LINE__,
+        engineLog(1, __FILE_NAME__, __LINE__,
                   "RegEx \"%.64s\" takes too long for the text \"%.64s\", which is not shown; simplify the expression.",
                   expression_, subject);
     }

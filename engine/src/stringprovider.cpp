@@ -51,7 +51,7 @@ void StringProviderBase::link() {
 }
 
 void StringProviderBase::refuseMissingProvider() {
-    engineLog(0, __FILE__, __LINE__, "FormatModifier: No value provider.");
+    engineLog(0, __FILE_NAME__, __LINE__, "FormatModifier: No value provider.");
     text_.assign("");
 }
 
@@ -73,7 +73,7 @@ void StringProviderBase::finishUnfiltered(const char* result) {
 void StringProviderBase::reportFormat(const char* fault) {
     if (formatReported_) return;
     formatReported_ = true;
-    engineLog(1, __FILE__, __LINE__, "The format \"%.64s\" is refused: %s. The value is shown plainly.",
+    engineLog(1, __FILE_NAME__, __LINE__, "The format \"%.64s\" is refused: %s. The value is shown plainly.",
               format_ != nullptr ? format_ : "", fault);
 }
 

@@ -32,7 +32,7 @@ void addChunk(std::uint32_t size) {
     chunkLeft = std::max(size, chunkSize);
     // Chunks stay for the life of the process: labels are static.
     chunk = static_cast<char*>(::operator new(chunkLeft));
-    engineLog(1, __FILE__, __LINE__, "The pool of label texts is used up: taking %u more bytes from the heap",
+    engineLog(1, __FILE_NAME__, __LINE__, "The pool of label texts is used up: taking %u more bytes from the heap",
               chunkLeft);
 }
 

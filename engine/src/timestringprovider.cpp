@@ -14,7 +14,7 @@ void TimeStringProvider::setFormat(const char* format) {
 
 void TimeStringProvider::update(std::intptr_t, std::intptr_t) {
     if (provider_ == nullptr) {
-        engineLog(0, __FILE__, __LINE__, "TimeFormatModifier: No value provider.");
+        engineLog(0, __FILE_NAME__, __LINE__, "TimeFormatModifier: No value provider.");
         return;
     }
     if (state_ == State::Untranslated) translate();

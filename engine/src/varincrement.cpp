@@ -7,7 +7,7 @@ namespace Engine {
 template <typename Scalar>
 bool VarIncrement<Scalar>::execute() {
     if (variable_ == nullptr) {
-        engineLog(0, __FILE__, __LINE__, "VarIncrement: Variable is 0.");
+        engineLog(0, __FILE_NAME__, __LINE__, "VarIncrement: Variable is 0.");
         return false;
     }
     return variable_->increment(step_, (flags_ & Wrap) != 0);

@@ -7,7 +7,7 @@ namespace Engine {
 
 bool VarNegate::execute() {
     if (variable_ == nullptr) {
-        engineLog(0, __FILE__, __LINE__, "VarNegate: Variable is 0.");
+        engineLog(0, __FILE_NAME__, __LINE__, "VarNegate: Variable is 0.");
         return false;
     }
     return variable_->toggle();

@@ -9,7 +9,7 @@ namespace Engine {
 template <typename Variable>
 bool VarSetToValue<Variable>::execute() {
     if (variable_ == nullptr) {
-        engineLog(0, __FILE__, __LINE__, "VarSetToValue: Variable is 0.");
+        engineLog(0, __FILE_NAME__, __LINE__, "VarSetToValue: Variable is 0.");
         return false;
     }
     Trace::instance().varToValueBy(variable_->name(), value_, name());

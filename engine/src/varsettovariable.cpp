@@ -9,7 +9,7 @@ namespace Engine {
 template <typename Variable>
 bool VarSetToVariable<Variable>::execute() {
     if (destination_ == nullptr || source_ == nullptr) {
-        engineLog(0, __FILE__, __LINE__, "VarSetToVariable: Source and/or destination is 0.");
+        engineLog(0, __FILE_NAME__, __LINE__, "VarSetToVariable: Source and/or destination is 0.");
         return false;
     }
     const auto value = source_->value();

@@ -60,6 +60,6 @@ void setDevice(const char* path);
 }  // namespace Log
 
 /// Shorthands that fill in the place of the call, and the process's own threshold.
-#define TERN_LOG(level, ...) ::Log::log(::Log::threshold, level, __FILE__, __LINE__, __VA_ARGS__)
-#define TERN_FATAL(...) ::Log::fatal(__FILE__, __LINE__, __VA_ARGS__)
-#define TERN_ERRNO_FATAL(text) ::Log::errnoFatal(__FILE__, __LINE__, text)
+#define TERN_LOG(level, ...) ::Log::log(::Log::threshold, level, __FILE_NAME__, __LINE__, __VA_ARGS__)
+#define TERN_FATAL(...) ::Log::fatal(__FILE_NAME__, __LINE__, __VA_ARGS__)
+#define TERN_ERRNO_FATAL(text) ::Log::errnoFatal(__FILE_NAME__, __LINE__, text)

@@ -18,7 +18,7 @@ class Translator : public ValueProvider<const char*> {
     /// "?" for a negative value, which stands for not set or not available.
     const char* value() const override {
         if (variable_ == nullptr) {
-            engineLog(0, __FILE__, __LINE__, "No Variable set in Translator");
+            engineLog(0, __FILE_NAME__, __LINE__, "No Variable set in Translator");
             return ":-(";
         }
         const int current = variable_->value();

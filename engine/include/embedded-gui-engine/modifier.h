@@ -120,8 +120,8 @@ class ArrayModifierFormat : public ArrayModifier {
         if (row < 0 || array_ == nullptr) return;
         const ValueProvider<V>* cell = array_->template getVariable<V>(column_, static_cast<unsigned>(row));
         if (cell == nullptr) {
-            engineLog(0, __FILE__, __LINE__, "Couldn't get variable from array %s, column %u, row %i.", array_->name(),
-                      column_, row);
+            engineLog(0, __FILE_NAME__, __LINE__, "Couldn't get variable from array %s, column %u, row %i.",
+                      array_->name(), column_, row);
             return;
         }
         provider_->setProvider(cell);
