@@ -6,6 +6,8 @@ function(tern_model name folder)
   set(model ${PROJECT_SOURCE_DIR}/model)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.tern)
   file(GLOB_RECURSE names CONFIGURE_DEPENDS ${model}/*.tsv ${model}/catalogue/*.txt)
+  # Places in the sources are told from the root of the repository, wherever that lies.
+  file(RELATIVE_PATH named ${PROJECT_SOURCE_DIR} ${folder})
   set(made ${out}/rules.cpp ${out}/observers.cpp ${out}/model.cpp ${out}/model.h)
   foreach(source ${sources})
     file(RELATIVE_PATH stem ${folder} ${source})
@@ -15,9 +17,10 @@ function(tern_model name folder)
   endforeach()
   # The stamp goes with the run; the files keep their times when nothing in them changes.
   add_custom_command(OUTPUT ${out}/compiled.stamp BYPRODUCTS ${made}
-    COMMAND modelc --model ${model} --out ${out} ${folder}
+    COMMAND modelc --model ${model} --out ${out} ${named}
     COMMAND ${CMAKE_COMMAND} -E touch ${out}/compiled.stamp
     DEPENDS modelc ${sources} ${names}
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
     COMMENT "Compiling ${name}" VERBATIM)
   add_custom_target(${name}-compiled DEPENDS ${out}/compiled.stamp)
   add_library(${name} STATIC ${made} ${model}/runtime/modellink.cpp)
