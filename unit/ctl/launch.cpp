@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "apps/libs/png/encodepng.h"
+#include "unit/ctl/installation.h"
 #include "unit/ctl/problem.h"
 
 namespace Unit {
@@ -100,7 +101,7 @@ void runInForeground(const UnitOptions& options) {
     Supervisor unit(options, report);
     unit.start();
     const std::string at = " --instance " + options.place.name;
-    const std::string ctl = options.programs + "/unitctl";
+    const std::string ctl = Installation::own().command;
     if (options.panel == PanelUse::Own) {
         const std::string address = unit.openPanel(options.panelPort);
         report("The front panel: " + address);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "unit/ctl/installation.h"
 #include "unit/ctl/nearest.h"
 #include "unit/ctl/problem.h"
 
@@ -10,23 +11,10 @@ namespace Unit {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-/// Programs lie in build/PRESET/bin of the source tree.
-fs::path sceneFolder() {
-    return fs::path(programFolder()).parent_path().parent_path().parent_path() / "unit/scenes";
-}
-
-}  // namespace
-
-std::string programFolder() {
-    return fs::read_symlink("/proc/self/exe").parent_path().string();
-}
-
 std::vector<std::string> sceneNames() {
     std::vector<std::string> names;
     std::error_code ignored;
-    for (const auto& entry : fs::directory_iterator(sceneFolder(), ignored))
+    for (const auto& entry : fs::directory_iterator(Installation::own().scenes, ignored))
         if (entry.path().extension() == ".json") names.push_back(entry.path().stem().string());
     std::ranges::sort(names);
     return names;
@@ -35,7 +23,7 @@ std::vector<std::string> sceneNames() {
 std::string findScene(const std::string& name) {
     std::error_code ignored;
     if (fs::is_regular_file(name, ignored)) return fs::absolute(name).string();
-    const fs::path own = sceneFolder() / (name + ".json");
+    const fs::path own = fs::path(Installation::own().scenes) / (name + ".json");
     if (name.find('/') == std::string::npos && fs::is_regular_file(own, ignored)) return own.string();
     std::string known;
     for (const auto& one : sceneNames()) known += " " + one;

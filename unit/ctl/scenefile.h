@@ -10,7 +10,5 @@ namespace Unit {
 std::string findScene(const std::string& name);
 /// The bare names of the scenes that come with the unit, sorted.
 std::vector<std::string> sceneNames();
-/// The folder of this program, which its fellows lie in too.
-std::string programFolder();
 
 }  // namespace Unit

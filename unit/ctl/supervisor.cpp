@@ -19,6 +19,7 @@
 
 #include "model/catalogue/constants.h"
 #include "unit/ctl/inside/startpage.h"
+#include "unit/ctl/installation.h"
 #include "unit/ctl/notices.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/about.h"
@@ -71,7 +72,7 @@ Supervisor::Supervisor(UnitOptions options, Report report)
       panel_(options_.programs + "/unit-panel", options_.place.folder + "/panel.out", SIGTERM) {
     for (const char* program : {"/unit-server", "/gui-virtual"})
         if (::access((options_.programs + program).c_str(), X_OK) != 0)
-            fail("The program ", options_.programs, program, " is missing. Build it first.");
+            fail("The program ", options_.programs, program, " is missing. Build it, or install the unit anew.");
     driver_ = std::make_unique<Platform::Virtual::Driver>(options_.place);
     takeLock();
     ::setenv("TERN_INSTANCE", options_.place.name.c_str(), 1);
@@ -165,16 +166,13 @@ void Supervisor::prepareInstance() {
     driver_->holdVsync();
 }
 
-// It lies beside the programs of an installation, and elsewhere in a build. Without it the unit comes up all the same.
 void Supervisor::installBootLogo() const {
     namespace fs = std::filesystem;
     std::error_code ignored;
     const fs::path folder = fs::path(options_.place.folder) / "usr/share";
     fs::create_directories(folder, ignored);
-    for (const char* place : {"/../gen/share/qz-boot-logo.png", "/../share/qz-boot-logo.png"})
-        if (fs::copy_file(options_.programs + place, folder / "qz-boot-logo.png", fs::copy_options::overwrite_existing,
-                          ignored))
-            return;
+    fs::copy_file(Installation::own().bootLogo, folder / "qz-boot-logo.png", fs::copy_options::overwrite_existing,
+                  ignored);
 }
 
 void Supervisor::startServer() {

@@ -15,10 +15,10 @@
 
 #include "unit/ctl/inside/askunit.h"
 #include "unit/ctl/inside/startpage.h"
+#include "unit/ctl/installation.h"
 #include "unit/ctl/notices.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/productlog.h"
-#include "unit/ctl/scenefile.h"
 
 namespace Unit {
 
@@ -73,7 +73,7 @@ std::string reasonsOf(const std::string& text) {
 Live::Live(Platform::Virtual::Place place, std::function<void(const std::string&)> report)
     : place_(std::move(place)),
       report_(std::move(report)),
-      build_(fs::path(programFolder()).parent_path().string()),
+      build_(fs::path(Installation::own().programs).parent_path().string()),
       model_(sourceOf(build_) + "/model") {
     askUnit(place_, "status");
     watch_.emplace(model_);

@@ -7,7 +7,6 @@
 
 #include "unit/ctl/memory.h"
 #include "unit/ctl/problem.h"
-#include "unit/ctl/scenefile.h"
 
 namespace Unit {
 
@@ -161,11 +160,7 @@ ModelDescription::ModelDescription(const std::string& file) {
     all_ = Json::parse(in, nullptr, false);
     if (all_.is_discarded() || !all_.is_object() || !all_.contains("rules"))
         throw Problem("The model's description " + file +
-                      " is missing or damaged. Build the product: ninja gui-virtual");
-}
-
-std::string ModelDescription::builtFile() {
-    return programFolder() + "/../gen/model/model/description.json";
+                      " is missing or damaged. Build the product (ninja gui-virtual), or install the unit anew.");
 }
 
 const Json* ModelDescription::find(const char* map, const std::string& key) const {

@@ -17,8 +17,6 @@ class ModelDescription {
 
     /// Throws Problem when the file is missing or no description.
     explicit ModelDescription(const std::string& file);
-    /// The file that lies beside the programs of this build.
-    static std::string builtFile();
 
     struct Rule {
         std::string place;

@@ -4,6 +4,7 @@
 
 #include "unit/ctl/inside/askunit.h"
 #include "unit/ctl/inside/modeldescription.h"
+#include "unit/ctl/installation.h"
 #include "unit/ctl/memory.h"
 #include "unit/ctl/nearest.h"
 #include "unit/ctl/problem.h"
@@ -51,7 +52,7 @@ std::string tellHidden(const ModelDescription& model, const std::string& place, 
 }  // namespace
 
 void whyVerb(const Platform::Virtual::Place& place, const std::string& name, bool asJson) {
-    const ModelDescription model(ModelDescription::builtFile());
+    const ModelDescription model(Installation::own().description);
     const auto rules = model.rulesOf(name);
     if (rules.empty())
         throw Problem("Nothing is called " + name + "; write PAGE.WIDGET or PAGE.WIDGET.property." +
@@ -77,7 +78,7 @@ void whyVerb(const Platform::Virtual::Place& place, const std::string& name, boo
 }
 
 void whoVerb(const Platform::Virtual::Place& place, const std::string& name, bool asJson) {
-    const ModelDescription model(ModelDescription::builtFile());
+    const ModelDescription model(Installation::own().description);
     const json* driven = model.driven(name);
     const json* writers = model.writers(name);
     std::string problem;

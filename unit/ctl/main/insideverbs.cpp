@@ -7,6 +7,7 @@
 #include "unit/ctl/inside/atlas.h"
 #include "unit/ctl/inside/live.h"
 #include "unit/ctl/inside/why.h"
+#include "unit/ctl/installation.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/record/recording.h"
 #include "unit/ctl/record/verbs.h"
@@ -106,7 +107,7 @@ void addAtlasVerb(CLI::App& app, const std::shared_ptr<Given>& given) {
         AtlasOptions options = given->atlas;
         options.scenes.clear();
         for (const auto& scene : given->atlas.scenes) options.scenes.push_back(findScene(scene));
-        options.programs = programFolder();
+        options.programs = Installation::own().programs;
         requireSuccess(Atlas(options, [](const std::string& line) {
                            std::printf("%s\n", line.c_str());
                            std::fflush(stdout);

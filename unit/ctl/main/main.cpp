@@ -9,6 +9,7 @@
 
 #include "model/catalogue/constants.h"
 #include "unit/ctl/client.h"
+#include "unit/ctl/installation.h"
 #include "unit/ctl/launch.h"
 #include "unit/ctl/main/insideverbs.h"
 #include "unit/ctl/nearest.h"
@@ -79,7 +80,7 @@ UnitOptions unitOptions(const Arguments& given) {
             .page = given.page,
             .panel = given.panel ? PanelUse::Own : PanelUse::None,
             .panelPort = given.port,
-            .programs = programFolder()};
+            .programs = Installation::own().programs};
 }
 
 /// A number that a person writes in decimal or, with 0x in front, in hexadecimal.

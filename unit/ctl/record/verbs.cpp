@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "unit/ctl/installation.h"
 #include "unit/ctl/launch.h"
 #include "unit/ctl/problem.h"
 #include "unit/ctl/productlog.h"
@@ -13,7 +14,6 @@
 #include "unit/ctl/record/minimise.h"
 #include "unit/ctl/record/replay.h"
 #include "unit/ctl/record/scratchunit.h"
-#include "unit/ctl/scenefile.h"
 
 namespace Unit {
 
@@ -43,8 +43,9 @@ std::string describeDifference(const ReplayOutcome& outcome) {
 }
 
 std::string guiOf(const std::string& program) {
-    const std::string gui = program.empty() ? programFolder() + "/gui-virtual" : program;
-    if (::access(gui.c_str(), X_OK) != 0) throw Problem("The program " + gui + " is missing. Build it first.");
+    const std::string gui = program.empty() ? Installation::own().programs + "/gui-virtual" : program;
+    if (::access(gui.c_str(), X_OK) != 0)
+        throw Problem("The program " + gui + " is missing. Build it, or install the unit anew.");
     return gui;
 }
 
@@ -83,7 +84,7 @@ void stayVerb(const ReplayRequest& request, const Platform::Virtual::Place& plac
     options.record = Record::Off;
     options.tape = std::filesystem::absolute(request.file).string();
     options.tapeFrames = static_cast<unsigned>(request.until.value_or(recording.frames()));
-    options.programs = programFolder();
+    options.programs = Installation::own().programs;
     startInBackground(options);
     std::printf(
         "The unit \"%s\" stands at frame %u. Look at it (shot, page, get, why), let it go on (step), end it (stop).\n",
