@@ -154,9 +154,11 @@ void ServerConnection::readRecords() {
     if (got.stream == StreamState::Ended) close();
 }
 
-// The handler is asked for once a block, not once a notice: the loop then is little more than its calls.
+// The handler is asked for once a block, not once a notice, and eight calls stand in a row: a call by the table is
+// predicted better where it has a place of its own.
 void ServerConnection::deliver(std::span<const Notify> block) const {
     if (EventHandler* const handler = handler_; handler != nullptr) {
+#pragma GCC unroll 8
         for (const Notify& notify : block) handler->onNotify(notify);
     } else {
         for (const Notify& notify : block) logUnhandled(notify.id);
