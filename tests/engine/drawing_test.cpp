@@ -27,7 +27,7 @@ char letter(unsigned pixel) {
 class Drawing : public World {
   protected:
     Drawing() { manager.setPainter(&screen.painter); }
-    std::vector<std::string> picture() { return screen.picture(letter); }
+    std::vector<std::string> picture() { return screen.picture(&letter); }
     Screen screen{6, 4};
 };
 
@@ -135,7 +135,7 @@ class Slides : public World, public testing::WithParamInterface<int> {
     }
     /// The columns or rows in letters, each of which must have one colour.
     std::string bands(bool columns) {
-        const auto picture = screen.picture(letter);
+        const auto picture = screen.picture(&letter);
         std::string result;
         for (int i = 0; i < (columns ? width : height); ++i) {
             const char first =

@@ -120,7 +120,7 @@ void Minimiser::cutToFailure(const ReplayOutcome& outcome) {
     }
     right.data = picture_;
     passes_.back().push_back(right);
-    passes_.push_back({all[std::min<std::size_t>(last + 1, all.size() - 1)].front()});
+    passes_.push_back({all[std::min(static_cast<std::size_t>(last) + 1, all.size() - 1)].front()});
     report_("Frame " + std::to_string(last) + " is the first that is wrong; what comes later goes.");
 }
 
