@@ -169,12 +169,16 @@ Unit::InputDevices& WholeUnit::devices() {
     return parts_->devices;
 }
 
-void WholeUnit::press(const std::string& key, int frames) {
-    const auto found = std::ranges::find(Unit::namedKeys, key, &Unit::NamedKey::name);
-    if (found == Unit::namedKeys.end()) fail("no key " + key);
-    devices().key(*found, true);
+void WholeUnit::key(const std::string& name, bool down) {
+    const auto found = std::ranges::find(Unit::namedKeys, name, &Unit::NamedKey::name);
+    if (found == Unit::namedKeys.end()) fail("no key " + name);
+    devices().key(*found, down);
+}
+
+void WholeUnit::press(const std::string& name, int frames) {
+    key(name, true);
     this->frames(frames);
-    devices().key(*found, false);
+    key(name, false);
     frame();
 }
 

@@ -45,6 +45,25 @@ TEST_F(Shell, AServersWriteIsOnTheScreenInTheSameFrame) {
     }
 }
 
+TEST_F(Shell, TheHeldPowerKeyCountsDownAndATappedOneDoesNot) {
+    const auto boxIsShown = [] { return unit_->shot().pixels[std::size_t{162} * 240 + 64] == 0xffffffff; };
+    const auto watch = [&](int frames) {
+        std::string seen;
+        for (int frame = 0; frame < frames; ++frame) {
+            unit_->frame();
+            const std::string now = boxIsShown() ? unit_->get("VarPowerHoldTimer_Local") : "-";
+            if (!seen.ends_with(now)) seen += now;
+        }
+        return seen;
+    };
+    unit_->press("power");
+    EXPECT_EQ(watch(60), "-");
+    unit_->key("power", true);
+    EXPECT_EQ(watch(150), "-3210");
+    unit_->key("power", false);
+    EXPECT_EQ(watch(1), "-");
+}
+
 TEST_F(Shell, AKeyOrATouchWakesItAndDoesNothingElse) {
     for (const bool byTouch : {false, true}) {
         unit_->set("VarScreenSaverMode", "3");
