@@ -3,7 +3,7 @@
  * Counts the instructions that one program executes in user mode: the processor's own counter, read at each switch from
  * one task to another. For a board of one processor whose device tree does not tell the kernel of the counter.
  *
- * /sys/module/boardcount/parameters: write the program's name into `program`, read `instructions`.
+ * The parameter `program` names it; /sys/module/boardcount/parameters/instructions is the count.
  */
 #include <linux/module.h>
 #include <linux/sched.h>
@@ -16,10 +16,10 @@
 #define ENABLE_ALL 0x1
 
 static char program[TASK_COMM_LEN] = "gui";
-module_param_string(program, program, sizeof(program), 0644);
+module_param_string(program, program, sizeof(program), 0444);
 
 static unsigned long long instructions;
-module_param(instructions, ullong, 0644);
+module_param(instructions, ullong, 0444);
 MODULE_PARM_DESC(instructions, "executed by the program, up to the last time that it was switched away from");
 
 static struct tracepoint *switching;

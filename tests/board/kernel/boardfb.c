@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: GPL-2.0
 /*
- * The board's display as the kernel shows it: a framebuffer in memory whose vertical blank is a 60 Hz timer. Two
- * buffers lie one above the other; a pan shows a buffer from the next blank on and returns then.
+ * The board's display as the kernel shows it: a framebuffer in memory whose vertical blanks come at whole multiples
+ * of a sixtieth of a second. Two buffers lie one above the other; a pan shows a buffer from the next blank on and returns
+ * then.
  *
  * Parameters give it another size or depth, or leave the wait for the blank out, as a driver without it does. Counters
  * under /sys/module/boardfb/parameters say what the program before it has done.
  */
 #include <linux/fb.h>
 #include <linux/hrtimer.h>
+#include <linux/math64.h>
 #include <linux/module.h>
 #include <linux/vmalloc.h>
-#include <linux/wait.h>
 
 #define BUFFERS 2
-#define BLANK_PERIOD_NS 16666667
+#define BLANKS_PER_SECOND 60
 
 static unsigned int width = 240;
 module_param(width, uint, 0444);
@@ -31,24 +32,16 @@ static unsigned long waits;
 module_param(waits, ulong, 0444);
 
 static struct fb_info *display;
-static struct hrtimer blank_timer;
-static DECLARE_WAIT_QUEUE_HEAD(blank_queue);
-static unsigned long blanks;
 static u32 palette[16];
-
-static enum hrtimer_restart on_blank(struct hrtimer *timer)
-{
-	hrtimer_forward_now(timer, ns_to_ktime(BLANK_PERIOD_NS));
-	WRITE_ONCE(blanks, blanks + 1);
-	wake_up_interruptible(&blank_queue);
-	return HRTIMER_RESTART;
-}
 
 static int wait_for_blank(void)
 {
-	unsigned long now = READ_ONCE(blanks);
+	const u32 period = NSEC_PER_SEC / BLANKS_PER_SECOND;
+	u64 passed = div_u64(ktime_get_ns(), period);
+	ktime_t next = ns_to_ktime((passed + 1) * period);
 
-	return wait_event_interruptible(blank_queue, READ_ONCE(blanks) != now) ? -EINTR : 0;
+	set_current_state(TASK_INTERRUPTIBLE);
+	return schedule_hrtimeout(&next, HRTIMER_MODE_ABS);
 }
 
 static int boardfb_check_var(struct fb_var_screeninfo *var, struct fb_info *info)
@@ -123,48 +116,54 @@ static void describe(struct fb_info *info, u32 size)
 	var->green = (struct fb_bitfield){ .offset = wide ? 8 : 5, .length = wide ? 8 : 6 };
 	var->red = (struct fb_bitfield){ .offset = wide ? 16 : 11, .length = wide ? 8 : 5 };
 	var->transp = (struct fb_bitfield){ .offset = wide ? 24 : 0, .length = wide ? 8 : 0 };
-	var->pixclock = 150000;
+	var->pixclock = div_u64(1000000000000ULL, width * height * BLANKS_PER_SECOND); /* picoseconds a pixel */
 	var->vmode = FB_VMODE_NONINTERLACED;
+}
+
+static struct fb_info *allocate_display(u32 size)
+{
+	struct fb_info *info = framebuffer_alloc(0, NULL);
+
+	if (!info)
+		return NULL;
+	info->screen_buffer = vmalloc_user(size);
+	if (!info->screen_buffer) {
+		framebuffer_release(info);
+		return NULL;
+	}
+	info->screen_size = size;
+	info->fbops = &boardfb_ops;
+	info->flags = FBINFO_DEFAULT | FBINFO_VIRTFB;
+	info->pseudo_palette = palette;
+	describe(info, size);
+	return info;
+}
+
+static void free_display(void)
+{
+	vfree(display->screen_buffer);
+	framebuffer_release(display);
 }
 
 static int __init boardfb_init(void)
 {
-	u32 size = BUFFERS * width * height * depth / 8;
-	int result = -ENOMEM;
+	int result;
 
 	if (depth != 16 && depth != 32)
 		return -EINVAL;
-	display = framebuffer_alloc(0, NULL);
+	display = allocate_display(BUFFERS * width * height * depth / 8);
 	if (!display)
 		return -ENOMEM;
-	display->screen_buffer = vmalloc_user(size);
-	if (!display->screen_buffer)
-		goto release;
-	display->screen_size = size;
-	display->fbops = &boardfb_ops;
-	display->flags = FBINFO_DEFAULT | FBINFO_VIRTFB;
-	display->pseudo_palette = palette;
-	describe(display, size);
 	result = register_framebuffer(display);
 	if (result)
-		goto free;
-	hrtimer_init(&blank_timer, CLOCK_MONOTONIC, HRTIMER_MODE_REL);
-	blank_timer.function = on_blank;
-	hrtimer_start(&blank_timer, ns_to_ktime(BLANK_PERIOD_NS), HRTIMER_MODE_REL);
-	return 0;
-free:
-	vfree(display->screen_buffer);
-release:
-	framebuffer_release(display);
+		free_display();
 	return result;
 }
 
 static void __exit boardfb_exit(void)
 {
 	unregister_framebuffer(display);
-	hrtimer_cancel(&blank_timer);
-	vfree(display->screen_buffer);
-	framebuffer_release(display);
+	free_display();
 }
 
 module_init(boardfb_init);
