@@ -1,15 +1,15 @@
 #include "tests/board/guest/display.h"
 
 #include <fcntl.h>
-#include <linux/fb.h>
-#include <png.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <functional>
+#include <numeric>
+#include <span>
 
 #include "apps/libs/png/encodepng.h"
 #include "tests/board/guest/expect.h"
@@ -19,8 +19,6 @@ namespace Board {
 
 namespace {
 
-constexpr std::size_t pixelCount = std::size_t{displayWidth} * displayHeight;
-constexpr std::size_t mappedBytes = 2 * pixelCount * sizeof(std::uint32_t);
 constexpr std::uint32_t shownBits = 0xffffff;
 
 std::string base64(std::span<const std::byte> data) {
@@ -39,63 +37,75 @@ std::string base64(std::span<const std::byte> data) {
 }  // namespace
 
 Picture loadPicture(const std::string& file) {
-    png_image head;
-    std::memset(&head, 0, sizeof head);
-    head.version = PNG_IMAGE_VERSION;
-    expect(png_image_begin_read_from_file(&head, file.c_str()) != 0, file + " is no picture: " + head.message);
-    expect(head.width <= displayWidth && head.height <= displayHeight, file + " is larger than the display");
-    head.format = PNG_FORMAT_BGRA;
-    std::vector<std::uint32_t> pixels(std::size_t{head.width} * head.height);
-    expect(png_image_finish_read(&head, nullptr, pixels.data(), 0, nullptr) != 0, file + ": " + head.message);
-    Picture picture(pixelCount);
-    const std::size_t left = (displayWidth - head.width) / 2, top = (displayHeight - head.height) / 2;
-    for (std::size_t y = 0; y < head.height; ++y)
-        for (std::size_t x = 0; x < head.width; ++x)
-            picture[(top + y) * displayWidth + left + x] = pixels[y * head.width + x] & shownBits;
+    Picture picture = Unit::readPixels(file);
+    expect(!picture.colors.empty(), file + " is no picture");
+    for (std::uint32_t& color : picture.colors) color &= shownBits;
     return picture;
 }
 
+Picture onDisplay(const Picture& picture, unsigned width, unsigned height, bool centred) {
+    Picture shown = {width, height, std::vector<std::uint32_t>(std::size_t{width} * height)};
+    const unsigned columns = std::min(width, picture.width), rows = std::min(height, picture.height);
+    const unsigned left = centred ? (width - columns) / 2 : 0, top = centred ? (height - rows) / 2 : 0;
+    for (std::size_t y = 0; y < rows; ++y)
+        std::copy_n(picture.colors.begin() + static_cast<std::ptrdiff_t>(y * picture.width), columns,
+                    shown.colors.begin() + static_cast<std::ptrdiff_t>((top + y) * width + left));
+    return shown;
+}
+
 void tellPicture(const std::string& name, const Picture& picture) {
-    const std::string text = base64(encodePng(picture.data(), displayWidth, displayHeight));
+    const std::string text = base64(encodePng(picture.colors.data(), picture.width, picture.height));
     constexpr std::size_t lineLength = 100;
     for (std::size_t i = 0; i < text.size(); i += lineLength)
         std::printf("picture %s %s\n", name.c_str(), text.substr(i, lineLength).c_str());
 }
 
+/// Of two pictures of one size.
 std::size_t differences(const Picture& one, const Picture& other) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < pixelCount; ++i) count += one[i] != other[i] ? 1 : 0;
-    return count;
+    return std::transform_reduce(one.colors.begin(), one.colors.end(), other.colors.begin(), std::size_t{0},
+                                 std::plus<>(), std::not_equal_to<>());
 }
 
 Display::Display() : fd_(::open("/dev/fb0", O_RDWR | O_CLOEXEC)) {
     expect(fd_ >= 0, "/dev/fb0 cannot be opened");
-    void* mapping = ::mmap(nullptr, mappedBytes, PROT_READ | PROT_WRITE, MAP_SHARED, fd_, 0);
+    const fb_var_screeninfo size = info();
+    width_ = size.xres;
+    height_ = size.yres;
+    void* mapping = ::mmap(nullptr, mappedBytes(), PROT_READ | PROT_WRITE, MAP_SHARED, fd_, 0);
     expect(mapping != MAP_FAILED, "/dev/fb0 cannot be mapped");
     pixels_ = static_cast<std::uint32_t*>(mapping);
 }
 
 Display::~Display() {
-    ::munmap(pixels_, mappedBytes);
+    ::munmap(pixels_, mappedBytes());
     ::close(fd_);
 }
 
-unsigned Display::shownLine() const {
+fb_var_screeninfo Display::info() const {
     fb_var_screeninfo info = {};
-    expect(::ioctl(fd_, FBIOGET_VSCREENINFO, &info) == 0, "the display does not tell its offset");
-    expect(info.yoffset <= displayHeight, "the display shows line " + std::to_string(info.yoffset));
-    return info.yoffset;
+    expect(::ioctl(fd_, FBIOGET_VSCREENINFO, &info) == 0, "the display does not tell its size and offset");
+    return info;
+}
+
+std::size_t Display::mappedBytes() const {
+    return std::size_t{2} * width_ * height_ * sizeof *pixels_;
+}
+
+unsigned Display::shownLine() const {
+    const unsigned line = info().yoffset;
+    expect(line <= height_, "the display shows line " + std::to_string(line));
+    return line;
 }
 
 Picture Display::shown() const {
-    const std::uint32_t* first = pixels_ + std::size_t{shownLine()} * displayWidth;
-    Picture picture(first, first + pixelCount);
-    for (std::uint32_t& pixel : picture) pixel &= shownBits;
+    const std::uint32_t* first = pixels_ + std::size_t{shownLine()} * width_;
+    Picture picture = {width_, height_, {first, first + std::size_t{width_} * height_}};
+    for (std::uint32_t& color : picture.colors) color &= shownBits;
     return picture;
 }
 
 void Display::paint(const Picture& picture) {
-    std::ranges::copy(picture, pixels_);
+    std::ranges::copy(picture.colors, pixels_);
 }
 
 long long Display::pans() {

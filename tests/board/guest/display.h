@@ -1,19 +1,21 @@
 #pragma once
 
+#include <linux/fb.h>
+
 #include <cstdint>
-#include <span>
 #include <string>
-#include <vector>
+
+#include "unit/ctl/inside/pixels.h"
 
 namespace Board {
 
-constexpr unsigned displayWidth = 240, displayHeight = 400;
+/// Colors 0xRRGGBB; the top byte is not shown and always 0.
+using Picture = Unit::Pixels;
 
-/// Pixels 0xRRGGBB of the whole display, rows from the top without gaps; the top byte is not shown and always 0.
-using Picture = std::vector<std::uint32_t>;
-
-/// Of a PNG file of the display's size or less, in the middle of black.
 Picture loadPicture(const std::string& file);
+/// The left upper part of `picture` that a display of this size has room for; black around it when the display is
+/// larger, with the picture in the middle if `centred`.
+Picture onDisplay(const Picture& picture, unsigned width, unsigned height, bool centred);
 /// Writes the picture to the console for the host, as PNG in base 64.
 void tellPicture(const std::string& name, const Picture& picture);
 std::size_t differences(const Picture& one, const Picture& other);
@@ -26,6 +28,8 @@ class Display {
     Display(const Display&) = delete;
     Display& operator=(const Display&) = delete;
 
+    unsigned width() const { return width_; }
+    unsigned height() const { return height_; }
     /// The buffer at the offset that the display shows now.
     Picture shown() const;
     unsigned shownLine() const;
@@ -38,7 +42,12 @@ class Display {
     static long long passes() { return pans() + waits(); }
 
   private:
+    fb_var_screeninfo info() const;
+    std::size_t mappedBytes() const;
+
     int fd_;
+    unsigned width_;
+    unsigned height_;
     std::uint32_t* pixels_;
 };
 

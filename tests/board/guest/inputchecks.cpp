@@ -10,11 +10,9 @@ namespace Board {
 
 namespace {
 
-constexpr const char* keys2Path = "/dev/input/by-path/platform-gpio-keys2-event";
-
 /// The product looks for it for five seconds from its first frame.
 void lateDevice(Machine& board) {
-    const std::string opening = std::string("Open of device ") + keys2Path;
+    const std::string opening = std::string("Open of device ") + Machine::keys2Path;
     board.log.await(opening + " failed, trying for up to", 1);
     sleepFor(2);
     board.plugKeys2();
@@ -83,10 +81,7 @@ void checkInput(Machine& board, Report& report) {
 }
 
 void checkEnd(Machine& board, Report& report) {
-    report.check("SIGTERM ends it with status 0", [&] {
-        const std::string end = board.stopProduct();
-        expect(end == "with status 0", "expected an end with status 0, found an end " + end);
-    });
+    report.check("SIGTERM ends it with status 0", [&] { board.expectGoodEnd(); });
 }
 
 }  // namespace Board

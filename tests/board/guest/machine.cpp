@@ -24,8 +24,7 @@ void Machine::plugKeys1() {
 }
 
 void Machine::plugKeys2() {
-    keys2.emplace("gpio-keys2", "/dev/input/by-path/platform-gpio-keys2-event",
-                  std::vector<int>{KEY_MENU, KEY_RECORD, KEY_SELECT});
+    keys2.emplace("gpio-keys2", keys2Path, std::vector<int>{KEY_MENU, KEY_RECORD, KEY_SELECT});
 }
 
 void Machine::startServer() {
@@ -61,9 +60,10 @@ std::string Machine::awaitEnd() {
     return "not at all within 20 s";
 }
 
-std::string Machine::stopProduct() {
+void Machine::expectGoodEnd() {
     product.signal(SIGTERM);
-    return awaitEnd();
+    const std::string end = awaitEnd();
+    expect(end == "with status 0", "expected an end with status 0, found an end " + end);
 }
 
 void Machine::expectShown(const Picture& expected, const std::string& name, double seconds) const {

@@ -16,6 +16,8 @@ namespace Board {
 
 /// The board with everything that is plugged into it, and the two programs that run there.
 struct Machine {
+    static constexpr const char* keys2Path = "/dev/input/by-path/platform-gpio-keys2-event";
+
     Unit::ChildProcess server{"/bin/unit-server-linux", "/tmp/server.out", SIGTERM};
     Unit::ChildProcess product{"/bin/gui", "/tmp/product.out", SIGKILL};
     KernelLog log;
@@ -43,8 +45,8 @@ struct Machine {
     void showLandingPage() { ask("set VarFuncLDD Marks"); }
     /// How the product ends by itself, or what it does instead.
     std::string awaitEnd();
-    /// SIGTERM, and how it ends.
-    std::string stopProduct();
+    /// SIGTERM, which is to end the product with status 0.
+    void expectGoodEnd();
 
     /// A request to the server's control socket, and its answer.
     std::string ask(const std::string& request) { return control_.ask(request); }

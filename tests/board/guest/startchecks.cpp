@@ -29,10 +29,10 @@ class HeldGate {
     sem_t* gate_;
 };
 
-Picture bootLoaderPicture() {
-    Picture picture(std::size_t{displayWidth} * displayHeight);
-    for (std::size_t i = 0; i < picture.size(); ++i)
-        picture[i] = static_cast<std::uint32_t>(i % displayWidth << 16 | i / displayWidth / 2 << 8 | 0x55);
+Picture bootLoaderPicture(unsigned width, unsigned height) {
+    Picture picture = {width, height, {}};
+    for (unsigned y = 0; y < height; ++y)
+        for (unsigned x = 0; x < width; ++x) picture.colors.push_back(x << 16 | y / 2 << 8 | 0x55);
     return picture;
 }
 
@@ -48,7 +48,8 @@ void bootLoaderPictureStays(Machine& board, const Picture& before) {
 
 /// From its first pixel on the logo is complete within a tenth of a second, and stands two seconds.
 void logoFollows(Machine& board, const Picture& before) {
-    const Picture logo = loadPicture("/usr/share/qz-boot-logo.png");
+    const Picture logo =
+        onDisplay(loadPicture("/usr/share/qz-boot-logo.png"), before.width, before.height, true);
     expect(waitUntil(20, [&] { return board.display->shown() != before; }),
            "expected the logo, found the picture before it");
     board.expectShown(logo, "logo", 0.1);
@@ -60,7 +61,7 @@ void logoFollows(Machine& board, const Picture& before) {
 }  // namespace
 
 void checkStart(Machine& board, Report& report) {
-    const Picture before = bootLoaderPicture();
+    const Picture before = bootLoaderPicture(board.display->width(), board.display->height());
     board.display->paint(before);
     report.check("the boot loader's picture stays until the logo", [&] { bootLoaderPictureStays(board, before); });
     report.check("the logo stands for two seconds", [&] { logoFollows(board, before); });

@@ -11,6 +11,8 @@ struct Pixels {
     unsigned width = 0;
     unsigned height = 0;
     std::vector<std::uint32_t> colors;
+
+    friend bool operator==(const Pixels&, const Pixels&) = default;
 };
 
 /// Throws Problem.
