@@ -48,8 +48,7 @@ void bootLoaderPictureStays(Machine& board, const Picture& before) {
 
 /// From its first pixel on the logo is complete within a tenth of a second, and stands two seconds.
 void logoFollows(Machine& board, const Picture& before) {
-    const Picture logo =
-        onDisplay(loadPicture("/usr/share/qz-boot-logo.png"), before.width, before.height, true);
+    const Picture logo = onDisplay(loadPicture("/usr/share/qz-boot-logo.png"), before.width, before.height, true);
     expect(waitUntil(20, [&] { return board.display->shown() != before; }),
            "expected the logo, found the picture before it");
     board.expectShown(logo, "logo", 0.1);
