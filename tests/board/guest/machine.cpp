@@ -38,7 +38,9 @@ void Machine::changeDisplay(const std::string& parameters) {
     loadModule("boardfb", parameters);
 }
 
+/// A check that has failed may have left the product at work on it.
 void Machine::removeDisplay() {
+    product.end();
     display.reset();
     unloadModule("boardfb");
 }
