@@ -116,8 +116,8 @@ function(tern_test name)
                                                    TERN_BINARY_DIR="${CMAKE_BINARY_DIR}")
   target_compile_options(${name}-tests PRIVATE $<$<CONFIG:Release>:-Og>)  # what it tests is optimized, it need not be
   if(CMAKE_CROSSCOMPILING)
-    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)  # goes before a program that a test starts
-    target_compile_definitions(${name}-tests PRIVATE TERN_EMULATOR="${emulator}")
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "\",\"" emulator)  # goes before a program that a test starts
+    target_compile_definitions(${name}-tests PRIVATE "TERN_EMULATOR=\"${emulator}\"")
     if(TERN_SANITIZE)
       target_sources(${name}-tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/kernelhalf.cc")
     endif()
