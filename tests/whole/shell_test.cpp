@@ -64,6 +64,39 @@ TEST_F(Shell, TheHeldPowerKeyCountsDownAndATappedOneDoesNot) {
     EXPECT_EQ(watch(1), "-");
 }
 
+TEST_F(Shell, ALockedKeySaysSoUntilTimeOrATouchTakesItAway) {
+    const auto symbolIsShown = [] {
+        return (unit_->shot().pixels[std::size_t{152} * 240 + 64] & 0xffffff) == 0xffc880;
+    };
+    unit_->set("VarButtonsLocked", "1");
+    for (int round = 0; round < 2; ++round) {
+        unit_->press("ll");
+        EXPECT_TRUE(symbolIsShown()) << round;
+        unit_->frames(180);
+        EXPECT_TRUE(symbolIsShown()) << round;
+        unit_->frames(60);
+        EXPECT_FALSE(symbolIsShown()) << round;
+    }
+    unit_->press("ll");
+    unit_->set("VarButtonsLocked", "0");
+    EXPECT_TRUE(symbolIsShown());
+    unit_->touch(120, 100);
+    unit_->frame();
+    EXPECT_FALSE(symbolIsShown());
+    EXPECT_EQ(unit_->get("VarLockedButtonPressed"), "0");
+}
+
+TEST_F(Shell, ThePowerSaysWhenItIsNoLongerNormal) {
+    const auto symbol = [] {
+        return unit_->get("VarPopupSymbolIsVisible_Local") == "1" ? unit_->get("VarSymbolPopup_Local") : "none";
+    };
+    for (const auto& [charge, expected] : {std::pair("80", "none"), std::pair("10", "2"), std::pair("80", "none")}) {
+        unit_->act("power", "battery", charge);
+        unit_->frames(3);
+        EXPECT_EQ(symbol(), expected) << charge;
+    }
+}
+
 TEST_F(Shell, AKeyOrATouchWakesItAndDoesNothingElse) {
     for (const bool byTouch : {false, true}) {
         unit_->set("VarScreenSaverMode", "3");
