@@ -119,7 +119,7 @@ function(tern_test name)
     list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "\",\"" emulator)  # goes before a program that a test starts
     target_compile_definitions(${name}-tests PRIVATE "TERN_EMULATOR=\"${emulator}\"")
     if(TERN_SANITIZE)
-      target_sources(${name}-tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/kernelhalf.cc")
+      target_sources(${name}-tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/kerneladdresses.cc")
     endif()
   endif()
   target_link_libraries(${name}-tests PRIVATE ${arg_LINK} GTest::gmock GTest::gtest_main)

@@ -10,14 +10,14 @@ namespace {
 
 constexpr unsigned long begin = 0xc0000000UL, end = 0xffff0000UL;  // the last page has the kernel's own helpers
 
-struct KernelHalf {
-    KernelHalf() {
+struct KernelAddresses {
+    KernelAddresses() {
         void* const wanted = reinterpret_cast<void*>(begin);
         const int flags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED_NOREPLACE;
         if (::mmap(wanted, end - begin, PROT_NONE, flags, -1, 0) == wanted) return;
         std::perror("the upper quarter of the addresses");
         std::abort();
     }
-} const kernelHalf;
+} const kernelAddresses;
 
 }  // namespace
