@@ -60,7 +60,7 @@ class LensPage : public testing::Test {
 
     static Unit::InputDevices& devices() { return unit_->devices(); }
     static void key(const std::string& name, bool down) {
-        devices().key(*std::ranges::find(Unit::namedKeys, name, &Unit::NamedKey::name), down);
+        unit_->key(name, down);
         unit_->frames(2);
     }
 

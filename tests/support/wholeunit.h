@@ -48,7 +48,7 @@ class WholeUnit {
     // Input, and what it does a frame later.
     Unit::InputDevices& devices();
     void key(const std::string& name, bool down);
-    void press(const std::string& key, int frames = 6);
+    void press(const std::string& name, int frames = 6);
     void touch(int x, int y, int frames = 6);
 
     /// The active page's name, "" without one.
