@@ -180,6 +180,14 @@ TEST_F(EventHandlingTest, ADeviceThatIsMissingAtFirstIsFoundLater) {
     EXPECT_EQ(logTexts().back(), std::string("Open of device ") + path + " suceeded after 3.000s and 1 tries");
 }
 
+TEST_F(EventHandlingTest, AReaderThatIsStartedAnewKeepsOneDescriptor) {
+    reader.poll();
+    reader.start();
+    const unsigned closed = Platform::Virtual::callCount(Call::Close);
+    EXPECT_THAT(heard(touchDown), ElementsAre("touch 0 @ 30,50"));
+    EXPECT_EQ(Platform::Virtual::callCount(Call::Close), closed + 1);
+}
+
 TEST_F(EventHandlingTest, AShortRecordIsDroppedWithAWarning) {
     driver.feed(path, "short", 5);
     EXPECT_TRUE(reader.poll());

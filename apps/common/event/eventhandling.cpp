@@ -53,6 +53,7 @@ void EventHandling::setKeyCallback(KeyCallback callback) {
 }
 
 bool EventHandling::tryOpen() {
+    closeDevice();  // a reader may be started anew while its device is open
     fd_ = Platform::open(path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     return fd_ >= 0;
 }
