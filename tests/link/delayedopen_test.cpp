@@ -95,6 +95,18 @@ TEST_F(DelayedOpenTest, StartCountsFromNow) {
     EXPECT_TRUE(device.hasFailed());
 }
 
+TEST_F(DelayedOpenTest, ACallbackMayStartAnew) {
+    device.setTimeout(1);
+    device.setStateCallback([this](int state) {
+        if (state == DelayedOpen::Failed) device.start();
+    });
+    device.poll();
+    step(2'000'000'000);
+    device.poll();
+    EXPECT_EQ(device.state(), DelayedOpen::Idle);
+    EXPECT_EQ(logTexts().back(), "Open of device /dev/thing permanently failed after 2.000s and 2 tries");
+}
+
 TEST_F(DelayedOpenTest, WaitingTriesTenTimesASecond) {
     device.setTimeout(1);
     EXPECT_FALSE(device.waitUntilDone());

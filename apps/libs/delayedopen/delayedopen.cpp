@@ -72,9 +72,10 @@ void DelayedOpen::attemptFailed(std::int64_t now) {
         changeState(Retrying);
         return;
     }
-    changeState(Failed);
+    // The line first: the callback may start anew, and then the numbers are gone.
     TERN_LOG(Log::Warn, "Open of device %s permanently failed after %.3fs and %i tries", path_.c_str(),
              secondsSinceStart(now), attempts_);
+    changeState(Failed);
 }
 
 void DelayedOpen::changeState(int state) {
