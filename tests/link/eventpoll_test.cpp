@@ -1,6 +1,8 @@
 #include "apps/common/event/eventpoll.h"
 
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
@@ -40,6 +42,32 @@ class EventPollTest : public WorldTest {
     Recorder client;
 };
 
+/// Two ends of a connection that knows urgent data.
+struct TcpPair {
+    int receiver = -1;
+    int sender = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    TcpPair() {
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto* const name = reinterpret_cast<sockaddr*>(&address);
+        socklen_t size = sizeof address;
+        const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        EXPECT_EQ(::bind(listener, name, size), 0);
+        EXPECT_EQ(::listen(listener, 1), 0);
+        EXPECT_EQ(::getsockname(listener, name, &size), 0);
+        EXPECT_EQ(::connect(sender, name, size), 0);
+        receiver = ::accept(listener, nullptr, nullptr);
+        ::close(listener);
+    }
+    TcpPair(const TcpPair&) = delete;
+    TcpPair& operator=(const TcpPair&) = delete;
+    ~TcpPair() {
+        ::close(receiver);
+        ::close(sender);
+    }
+};
+
 bool isEpollHandle(int fd) {
     std::error_code none;
     return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(fd), none) == "anon_inode:[eventpoll]";
@@ -72,6 +100,17 @@ TEST_F(EventPollTest, AHangUpGoesBeforeWhatCanStillBeRead) {
     ::shutdown(ends[1], SHUT_RDWR);
     EXPECT_EQ(poll.wait(0), EventPoll::Handled);
     EXPECT_THAT(client.seen, ElementsAre(EventPoll::HangUp));
+}
+
+TEST_F(EventPollTest, PriorityDataGoesBeforeTheRest) {
+    const TcpPair tcp;
+    poll.add(tcp.receiver, &client, EPOLLIN | EPOLLPRI);
+    EXPECT_EQ(::send(tcp.sender, "ab", 2, 0), 2);
+    EXPECT_EQ(::send(tcp.sender, "!", 1, MSG_OOB), 1);
+    pollfd arrived = {tcp.receiver, POLLPRI, 0};
+    ASSERT_EQ(::poll(&arrived, 1, 5000), 1);
+    EXPECT_EQ(poll.wait(0), EventPoll::Handled);
+    EXPECT_THAT(client.seen, ElementsAre(EventPoll::Priority));
 }
 
 TEST_F(EventPollTest, AnErrorAloneCallsNobodyAndCountsAsHandled) {
