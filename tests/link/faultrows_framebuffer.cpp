@@ -57,7 +57,7 @@ void unmap(const Rig& rig) {
 }  // namespace
 
 FaultRows framebufferRows() {
-    const std::vector<int> device = {EBADF, EFAULT, EINVAL, EIO, ENODEV, ENOMEM, ENOTTY};
+    const std::vector<int> device = {EBADF, EBUSY, EFAULT, EINVAL, EIO, ENODEV, ENOMEM, ENOTTY, ETIMEDOUT};
     const auto deviceErrors = errors(device);
     auto withInterruption = device;
     withInterruption.push_back(EINTR);
@@ -202,7 +202,7 @@ FaultRows framebufferRows() {
          .operation = "LinuxFramebuffer::~LinuxFramebuffer",
          .phase = Phase::Running,
          .call = Call::Munmap,
-         .faults = errors({EINTR, EINVAL}),
+         .faults = errors({EINTR, EINVAL, ENOMEM}),
          .outcome = Outcome::Ignored,
          .run = unmap},
     };

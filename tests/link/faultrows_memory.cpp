@@ -67,7 +67,10 @@ void closeTold(const Rig& rig) {
 }  // namespace
 
 FaultRows sharedMemoryRows() {
-    const auto shmErrors = errors({EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM});
+    const auto shmErrors =
+        errors({EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM, ENOSPC});
+    const char* const cutShort =
+        "Memory /MemTest is cut short: it needs 84 bytes, the object has 12. Start the server first.";
     return {
         {.file = file,
          .operation = "SharedMemory::open",
@@ -103,7 +106,15 @@ FaultRows sharedMemoryRows() {
          .call = Call::Read,
          .detail = "(header of a short object)",
          .faults = errors({EAGAIN, EBADF, EFAULT, EINTR, EINVAL, EIO}),
-         .text = "Memory /MemTest is cut short: it needs 84 bytes, the object has 12. Start the server first.",
+         .text = cutShort,
+         .run = mapShortObject},
+        {.file = file,
+         .operation = "SharedMemory::address",
+         .phase = Phase::StartUp,
+         .call = Call::Read,
+         .detail = "(header of a short object)",
+         .faults = shorts(0, 3),
+         .text = cutShort,
          .run = mapShortObject},
         {.file = file,
          .operation = "SharedMemory::address",
@@ -123,7 +134,7 @@ FaultRows sharedMemoryRows() {
          .operation = "SharedMemory::close",
          .phase = Phase::Running,
          .call = Call::Munmap,
-         .faults = errors({EINTR, EINVAL}),
+         .faults = errors({EINTR, EINVAL, ENOMEM}),
          .outcome = Outcome::Ignored,
          .run = close},
         {.file = file,

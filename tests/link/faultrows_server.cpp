@@ -63,6 +63,18 @@ void connectWithoutGate(const Rig& rig) {
     const ServerConnection connection(&poll);
 }
 
+/// The server does not listen: the client clears up, and whatever fails then, the first failure is the one to tell.
+void connectRefused(const Rig& rig) {
+    Server server;
+    server.die();
+    EventPoll poll;
+    rig.arm();
+    const std::string text = World::fatalTextOf([&] { const ServerConnection connection(&poll); });
+    rig.done();
+    EXPECT_TRUE(text.ends_with("connect: Connection refused")) << text;
+    EXPECT_EQ(poll.wait(0), EventPoll::TimedOut);
+}
+
 struct Connected {
     Server server;
     EventPoll poll;
@@ -120,7 +132,9 @@ void hangUp(const Rig& rig) {
 
 FaultRows serverRows() {
     const auto openErrors = errors({EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM});
-    const auto writeErrors = errors({EAGAIN, EBADF, EDESTADDRREQ, EFAULT, EINTR, EINVAL, EIO, ENOBUFS, ENOMEM, EPIPE});
+    // ECONNRESET comes to a sender that stalls while the server dies.
+    const auto writeErrors =
+        errors({EAGAIN, EBADF, ECONNRESET, EDESTADDRREQ, EFAULT, EINTR, EINVAL, EIO, ENOBUFS, ENOMEM, ENOTCONN, EPIPE});
     const auto socketErrors =
         errors({EACCES, EAFNOSUPPORT, EINTR, EINVAL, EMFILE, ENFILE, ENOBUFS, ENOMEM, EPROTONOSUPPORT});
     const char* const unsent = "Could not send message to server";
@@ -176,8 +190,8 @@ FaultRows serverRows() {
          .phase = Phase::StartUp,
          .call = Call::Connect,
          .where = {.path = socketPath},
-         .faults = errors(
-             {EACCES, EADDRINUSE, EAGAIN, EBADF, ECONNREFUSED, EINTR, ENOENT, ENOTSOCK, EPERM, EPROTOTYPE, ETIMEDOUT}),
+         .faults = errors({EACCES, EADDRINUSE, EAGAIN, EBADF, ECONNREFUSED, EINTR, ELOOP, ENAMETOOLONG, ENOENT, ENOTDIR,
+                           ENOTSOCK, EPERM, EPROTOTYPE, ETIMEDOUT}),
          .text = "connect: <error>",
          .run = connectInVain},
         {.file = file,
@@ -194,6 +208,70 @@ FaultRows serverRows() {
          .faults = errors({EINTR, EINVAL}),
          .outcome = Outcome::Ignored,
          .run = connect},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Shutdown,
+         .detail = "(after a refused connect)",
+         .faults = errors({EBADF, EINTR, EINVAL, ENOTCONN, ENOTSOCK}),
+         .outcome = Outcome::Ignored,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Poll,
+         .detail = "(after a refused connect)",
+         .faults = errors({EINTR}),
+         .outcome = Outcome::Retried,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Poll,
+         .detail = "(after a refused connect)",
+         .faults = errors({EFAULT, EINVAL, ENOMEM}),
+         .outcome = Outcome::Ignored,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Read,
+         .detail = "(after a refused connect)",
+         .faults = errors({EINTR}),
+         .outcome = Outcome::Retried,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Read,
+         .detail = "(after a refused connect)",
+         .faults = errors({EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO}),
+         .outcome = Outcome::Ignored,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::Close,
+         .detail = "(after a refused connect)",
+         .faults = errors({EBADF, EINTR, EIO}),
+         .outcome = Outcome::Ignored,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemPost,
+         .detail = "(after a refused connect)",
+         .faults = errors({EINTR, EINVAL, EOVERFLOW}),
+         .outcome = Outcome::Ignored,
+         .run = connectRefused},
+        {.file = file,
+         .operation = "ServerConnection",
+         .phase = Phase::StartUp,
+         .call = Call::SemClose,
+         .detail = "(after a refused connect)",
+         .faults = errors({EINTR, EINVAL}),
+         .outcome = Outcome::Ignored,
+         .run = connectRefused},
         {.file = file,
          .operation = "ServerConnection::subscribe",
          .phase = Phase::StartUp,
