@@ -21,6 +21,7 @@ constexpr std::uint32_t unsubscribeId = 2;
 constexpr std::uint32_t subscribeAllId = 3;
 constexpr std::uint32_t unsubscribeAllId = 4;
 constexpr int backlog = 8;
+constexpr std::size_t blockSize = 256 * sizeof(Notify);
 
 pid_t peerOf(int fd) {
     ucred credentials = {};
@@ -96,11 +97,13 @@ void BrokerClient::queue(const Notify& record) {
     out_.insert(out_.end(), bytes, bytes + sizeof record);
 }
 
+// In blocks that the kernel takes whole or not at all: of a large piece it takes what there is room for, which may
+// end within a record, and the peer drops a record that it is given in two halves.
 void BrokerClient::flush(std::size_t tail) {
     const std::size_t whole = out_.size() > tail ? out_.size() - tail : out_.size();
     std::size_t done = 0;
     while (!ended_ && done < whole) {
-        const ssize_t written = Platform::write(fd_, out_.data() + done, whole - done);
+        const ssize_t written = Platform::write(fd_, out_.data() + done, std::min(whole - done, blockSize));
         if (written > 0) done += static_cast<std::size_t>(written);
         if (written < 0 && errno == EAGAIN) break;
         if (written < 0 && errno != EINTR) ended_ = true;
