@@ -115,3 +115,14 @@ TEST_F(DelayedOpenTest, WaitingTriesTenTimesASecond) {
     device.present = true;
     EXPECT_TRUE(device.waitUntilDone());
 }
+
+TEST_F(DelayedOpenTest, SignalsDoNotLengthenTheWait) {
+    driver.releaseClock();
+    EventPoll poll;
+    poll.setTimer(20);
+    device.setTimeout(0.05F);
+    EXPECT_FALSE(device.waitUntilDone()) << "each sleep that began anew would never end";
+    poll.setTimer(-1);
+    takeAlarm(poll);
+    EXPECT_EQ(device.attempts, 2);
+}

@@ -99,6 +99,14 @@ TEST_F(EventHandlingTest, EachSyncEmitsOnce) {
     EXPECT_THAT(heard({trackingId(5), positionX(100), report(), report(), report()}), ElementsAre("touch 0 @ 0,50"));
 }
 
+TEST_F(EventHandlingTest, WhatIsNotToldByTheEndOfAPassOrASlotIsForgotten) {
+    EXPECT_THAT(heard({trackingId(5), slot(1), positionX(8), report()}), ElementsAre("move 1 @ 0,4"));
+    heard({slot(0), trackingId(6)});
+    EXPECT_THAT(heard({positionX(10), positionY(20)}), IsEmpty());
+    EXPECT_THAT(heard({report()}), IsEmpty());
+    EXPECT_THAT(heard({positionX(12), report()}), ElementsAre("move 0 @ 10,6"));
+}
+
 TEST_F(EventHandlingTest, KeysPassAsTheyCome) {
     EXPECT_THAT(heard({key(256, 1), report(), key(256, 2), key(256, 0), key(0x2ff, 0), key(0xffff, 1)}),
                 ElementsAre("key 256 1", "key 256 2", "key 256 0", "key 767 0", "key 65535 1"));
@@ -112,11 +120,18 @@ TEST_F(EventHandlingTest, WithoutCallbacksNothingHappens) {
     reader.setTouchCallback({});
     reader.setKeyCallback({});
     EXPECT_THAT(heard({trackingId(5), positionX(100), key(256, 1), report(), trackingId(-1), report()}), IsEmpty());
+    heard({trackingId(6), positionX(110), report()});
+    reader.setTouchCallback([this](int, int, EventHandling::TouchEvent phase, int) {
+        seen.push_back(phase == EventHandling::RELEASE ? "release" : "other");
+    });
+    EXPECT_THAT(heard({trackingId(-1), report()}), ElementsAre("release")) << "the contact was followed all the same";
 }
 
 TEST_F(EventHandlingTest, TheLogTellsContactsByName) {
     heard(touchDown);
-    EXPECT_THAT(logTexts(), ElementsAre("      ID(  5)", "       X(100)", "       Y( 60)", "0    TOUCH @  30x 50"));
+    heard({slot(0), absolute(58, 7)});
+    EXPECT_THAT(logTexts(), ElementsAre("      ID(  5)", "       X(100)", "       Y( 60)", "0    TOUCH @  30x 50",
+                                        "    SLOT(  0)", "      58(  7)"));
 }
 
 TEST_F(EventHandlingTest, AnOverrunReleasesContactsAndKeys) {
@@ -139,7 +154,8 @@ TEST_F(EventHandlingTest, WhatTheOverrunEndedIsNotHeardOfAgainUntilItBeginsAnew)
 TEST_F(EventHandlingTest, AnOverrunLastsUntilTheNextReport) {
     heard(touchDown);
     EXPECT_THAT(heard({dropped(), trackingId(6)}), ElementsAre("release 0 @ 30,50"));
-    EXPECT_THAT(heard({positionX(90), report(), trackingId(7), positionX(80), report()}),
+    const EventHandling::input_event otherSync = {0, 0, 0, 1, 0};
+    EXPECT_THAT(heard({otherSync, positionX(90), report(), trackingId(7), positionX(80), report()}),
                 ElementsAre("touch 0 @ 30,40"));
 }
 
@@ -156,6 +172,15 @@ TEST_F(EventHandlingTest, AVanishedDeviceIsReleasedAndOpenedAnew) {
     step(3'000'000'000);
     driver.plug(path);
     EXPECT_THAT(heard({trackingId(6), positionX(10), positionY(20), report()}), ElementsAre("touch 0 @ 10,5"));
+}
+
+TEST_F(EventHandlingTest, TheNextDeviceOwesNothingToTheOneThatVanished) {
+    heard({slot(1), trackingId(5), positionX(100), positionY(60), key(256, 1), report()});
+    heard({slot(0), trackingId(6), positionX(40), positionY(80), report(), slot(1), dropped()});
+    vanish();
+    reader.poll();
+    driver.plug(path);
+    EXPECT_THAT(heard({positionX(120), key(256, 0), report()}), ElementsAre("key 256 0", "move 0 @ 40,60"));
 }
 
 TEST_F(EventHandlingTest, AVanishedDeviceThatStaysAwayIsGivenUp) {
@@ -201,7 +226,12 @@ TEST_F(EventHandlingTest, AReadThatKeepsFailingIsToldOnce) {
         Platform::Virtual::failCall(Call::Read, EIO);
         EXPECT_TRUE(reader.poll());
     }
-    EXPECT_THAT(logTexts(), ElementsAre(std::string("Read from ") + path + ": Input/output error"));
+    const std::string told = std::string("Read from ") + path + ": Input/output error";
+    EXPECT_THAT(logTexts(), ElementsAre(told));
+    EXPECT_THAT(heard({key(256, 1)}), ElementsAre("key 256 1"));
+    Platform::Virtual::failCall(Call::Read, EIO);
+    reader.poll();
+    EXPECT_THAT(logTexts(), ElementsAre(told, told)) << "it had worked in between";
 }
 
 TEST_F(EventHandlingTest, WaitingOpensButReadsNothing) {

@@ -182,6 +182,23 @@ TEST_F(EventPollTest, TheTimerEndsAWaitAndIsPeriodic) {
     EXPECT_EQ(poll.wait(0), EventPoll::TimedOut);
 }
 
+TEST_F(EventPollTest, ItsTimerGoesWithIt) {
+    const unsigned before = Platform::Virtual::callCount(Call::TimerDelete);
+    {
+        EventPoll other;
+        other.setTimer(60'000);
+    }
+    EXPECT_EQ(Platform::Virtual::callCount(Call::TimerDelete), before + 1);
+}
+
+TEST_F(EventPollTest, WhileOneSignalIsHandledTheOthersWait) {
+    for (const int number : {SIGINT, SIGTERM, SIGALRM}) {
+        struct sigaction action = {};
+        ASSERT_EQ(::sigaction(number, nullptr, &action), 0);
+        for (const int other : {SIGINT, SIGTERM, SIGALRM, SIGUSR1}) EXPECT_EQ(sigismember(&action.sa_mask, other), 1);
+    }
+}
+
 TEST_F(EventPollTest, AnAlarmBesideEventsIsToldAfterThem) {
     poll.add(ends[0], &client, EPOLLIN);
     sendByte();
