@@ -155,7 +155,7 @@ TEST_F(EventHandlingTest, AnOverrunLastsUntilTheNextReport) {
     heard(touchDown);
     EXPECT_THAT(heard({dropped(), trackingId(6)}), ElementsAre("release 0 @ 30,50"));
     const EventHandling::input_event otherSync = {0, 0, 0, 1, 0};
-    EXPECT_THAT(heard({otherSync, positionX(90), report(), trackingId(7), positionX(80), report()}),
+    EXPECT_THAT(heard({otherSync, key(256, 1), positionX(90), report(), trackingId(7), positionX(80), report()}),
                 ElementsAre("touch 0 @ 30,40"));
 }
 
