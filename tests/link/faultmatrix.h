@@ -54,6 +54,7 @@ using FaultRows = std::vector<FaultRow>;
 FaultRows logRows();
 FaultRows sharedMemoryRows();
 FaultRows eventPollRows();
+FaultRows connectRows();
 FaultRows serverRows();
 FaultRows inputDeviceRows();
 FaultRows framebufferRows();

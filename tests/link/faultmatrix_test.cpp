@@ -20,8 +20,8 @@ const fs::path document = root / "docs/faults.md";
 
 FaultRows allRows() {
     FaultRows all;
-    for (const auto& rows :
-         {logRows(), sharedMemoryRows(), eventPollRows(), serverRows(), inputDeviceRows(), framebufferRows()}) {
+    for (const auto& rows : {logRows(), sharedMemoryRows(), eventPollRows(), connectRows(), serverRows(),
+                             inputDeviceRows(), framebufferRows()}) {
         all.insert(all.end(), rows.begin(), rows.end());
     }
     return all;
