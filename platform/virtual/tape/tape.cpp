@@ -39,12 +39,4 @@ Replayer* replayer() {
     return tapes().replayer.get();
 }
 
-void startRecording(const std::string& file, const std::string& about) {
-    tapes().recorder = std::make_unique<Recorder>(Instance::current(), file, about);
-}
-
-void stopRecording() {
-    tapes().recorder.reset();
-}
-
 }  // namespace Platform::Virtual

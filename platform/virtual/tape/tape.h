@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "platform/virtual/tape/recorder.h"
 #include "platform/virtual/tape/replayer.h"
 
@@ -13,9 +11,5 @@ namespace Platform::Virtual {
 
 Recorder* recorder();  ///< null when this process does not record
 Replayer* replayer();  ///< null when it does not replay
-
-void startRecording(const std::string& file, const std::string& about);
-/// The recording is complete on the disk, though without an end mark.
-void stopRecording();
 
 }  // namespace Platform::Virtual
