@@ -166,8 +166,12 @@ void Table::countIn(const char* path) {
     void* start = MAP_FAILED;
     if (fd >= 0 && ::ftruncate(fd, sizeof(Counts)) == 0)
         start = ::mmap(nullptr, sizeof(Counts), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (start != MAP_FAILED)
+        counts = new (start) Counts{};
+    else
+        std::fprintf(stderr, "TERN_CALL_COUNTS: %s cannot be made, so nobody else sees the counts: %s\n", file.c_str(),
+                     std::strerror(errno));
     if (fd >= 0) ::close(fd);
-    if (start != MAP_FAILED) counts = new (start) Counts{};
 }
 
 bool Table::set(const std::string& text, std::string& error) {

@@ -115,6 +115,12 @@ TEST_F(TapeFile, DamageIsToldAndWhatIsIntactIsKept) {
     }
 }
 
+TEST_F(TapeFile, AFolderIsNoRecording) {
+    const Tape tape = readTape(std::filesystem::path(file).parent_path());
+    EXPECT_EQ(tape.state, Tape::State::Foreign);
+    EXPECT_EQ(tape.problem, "It cannot be read: Is a directory.");
+}
+
 TEST(AreaCopies, BothSidesKeepTheirBytesOfOneWord) {
     SharedWords shared;
     shared.words[1] = 0x11223344;

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <utility>
 
@@ -37,6 +38,9 @@ Recorder::Recorder(Instance& instance, const std::string& file, const std::strin
       started_(clockOf(instance.control())),
       time_(started_),
       lastTime_(started_) {
+    if (!writer_.good())
+        std::fprintf(stderr, "The recording %s cannot be written; nothing is recorded. Is the folder there, with room?\n",
+                     file.c_str());
     add({.kind = Event::Kind::Pass, .number = zigzag(started_)});
 }
 

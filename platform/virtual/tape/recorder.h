@@ -29,6 +29,7 @@ namespace Platform::Virtual {
 /// recorded: 1 MiB and 4 KiB a second. At 256 MiB it stops writing; the product goes on.
 class Recorder {
   public:
+    /// A file that cannot be made is told on stderr; the product runs without a recording then.
     Recorder(Instance& instance, const std::string& file, const std::string& about);
     ~Recorder();
 

@@ -46,11 +46,12 @@ std::string tailFile(const std::string& file) {
     return file + ".tail";
 }
 
+/// False with errno.
 bool readFile(const std::string& file, std::vector<std::byte>& bytes) {
     const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return false;
     struct stat status = {};
-    bool good = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+    const bool good = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
     if (good) bytes.resize(static_cast<std::size_t>(status.st_size));
     for (std::size_t at = 0; good && at < bytes.size();) {
         const ssize_t got = ::read(fd, bytes.data() + at, bytes.size() - at);
@@ -59,6 +60,7 @@ bool readFile(const std::string& file, std::vector<std::byte>& bytes) {
         if (got > 0) at += static_cast<std::size_t>(got);
     }
     ::close(fd);
+    if (!good) errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
     return good;
 }
 
