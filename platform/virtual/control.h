@@ -10,6 +10,13 @@
 
 namespace Platform::Virtual {
 
+/// The machine's steady clock in nanoseconds, which the instance's is made of.
+inline std::int64_t machineTime() {
+    timespec now;
+    ::clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
 /// What an instance's processes share: the file "control" of its folder, mapped by each of them. The product uses it
 /// through the seam, drivers through Driver. Zero-filled is a valid start but for the head and the screen.
 ///
@@ -44,19 +51,15 @@ struct ControlBlock {
     alignas(8) std::atomic<std::int64_t> heldTime;
     std::atomic<std::int64_t> offset;
 
+    /// The instance's clock, in nanoseconds.
+    std::int64_t time() const { return clockHeld != 0 ? heldTime.load() : machineTime() + offset; }
+
     /// Wakes whoever waits for the vertical blank, to look again.
     void announce() {
         ++sequence;
         futexWake(sequence);
     }
 };
-
-/// The machine's steady clock in nanoseconds, which the instance's is made of.
-inline std::int64_t machineTime() {
-    timespec now;
-    ::clock_gettime(CLOCK_MONOTONIC, &now);
-    return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
-}
 
 static_assert(std::atomic<std::int64_t>::is_always_lock_free, "the clock's words are shared between processes");
 static_assert(sizeof(fb_var_screeninfo) == 160);

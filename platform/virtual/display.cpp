@@ -101,10 +101,6 @@ bool takePermit(ControlBlock& block) {
     return false;
 }
 
-}  // namespace
-
-namespace {
-
 int waitForTick(Instance& instance) {
     ControlBlock& block = instance.control();
     for (;;) {

@@ -95,8 +95,7 @@ void Driver::releaseClock() {
 }
 
 std::int64_t Driver::time() const {
-    const ControlBlock& block = instance_.control();
-    return block.clockHeld != 0 ? block.heldTime.load() : machineTime() + block.offset;
+    return instance_.control().time();
 }
 
 bool Driver::stepFrame(int milliseconds) {

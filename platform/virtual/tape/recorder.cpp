@@ -26,20 +26,17 @@ constexpr std::size_t pictureAllowance = std::size_t{1} << 20;
 constexpr std::size_t pictureAllowancePerSecond = 4 << 10;
 constexpr std::size_t largestFile = std::size_t{256} << 20;
 
-std::int64_t clockOf(const ControlBlock& block) {
-    return block.clockHeld != 0 ? block.heldTime.load() : machineTime() + block.offset;
-}
-
 }  // namespace
 
 Recorder::Recorder(Instance& instance, const std::string& file, const std::string& about)
     : instance_(instance),
       writer_(file, about, packing, TapeWriter::Tail::Mapped),
-      started_(clockOf(instance.control())),
+      started_(instance.control().time()),
       time_(started_),
       lastTime_(started_) {
     if (!writer_.good())
-        std::fprintf(stderr, "The recording %s cannot be written; nothing is recorded. Is the folder there, with room?\n",
+        std::fprintf(stderr,
+                     "The recording %s cannot be written; nothing is recorded. Is the folder there, with room?\n",
                      file.c_str());
     add({.kind = Event::Kind::Pass, .number = zigzag(started_)});
 }
@@ -67,7 +64,7 @@ Recorder::Path& Recorder::path(const std::string& name) {
 
 std::int64_t Recorder::time() {
     if (!starting_) return time_;
-    const std::int64_t now = clockOf(instance_.control());
+    const std::int64_t now = instance_.control().time();
     add({.kind = Event::Kind::Time, .number = zigzag(now - started_)});
     return now;
 }
@@ -249,7 +246,7 @@ void Recorder::endPass() {
 
 void Recorder::beginPass() {
     starting_ = false;
-    time_ = clockOf(instance_.control());
+    time_ = instance_.control().time();
     add({.kind = Event::Kind::Pass, .number = zigzag(time_ - std::exchange(lastTime_, time_) - second / 60)});
     exchangeMemory();
 }
