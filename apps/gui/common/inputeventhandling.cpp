@@ -15,7 +15,8 @@ constexpr int pressed = 1;
 constexpr int firstSoftKey = 256;  ///< upper left
 constexpr int lastSoftKey = 261;   ///< lower right
 
-/// Each key has two events that follow each other: pressed, released.
+/// Each key has two events that follow each other: pressed, released. This floor does not see the model: the numbers
+/// are those of its table of events (model/catalogue/events.tsv), Event_ButtonSoft...Pressed.
 struct Key {
     int code;
     Engine::EventId pressedEvent;

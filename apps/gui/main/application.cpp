@@ -97,9 +97,9 @@ constexpr std::array<std::uint32_t, 16> replayedIds = {Places::VarGuiRotate.id,
                                                        Places::VarUsbState.id,
                                                        Places::VarHwCinefadeUnit.id};
 
-// Keys that turn the pictures of the slideshow instead of ending it.
-constexpr int previousPictureKey = 259;
-constexpr int nextPictureKey = 261;
+// Keys that turn the pictures of the slideshow instead of ending it, by their codes.
+constexpr int previousPictureKey = 259;  // lower left
+constexpr int nextPictureKey = 261;      // lower right
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 
 #include "apps/gui/main/axiscolumns.h"
 #include "embedded-gui-engine/eventmatcher.h"
+#include "model/catalogue/events.h"
 
 namespace SoftButtons {
 
@@ -13,16 +14,16 @@ struct Presses {
     Engine::EventId upper;
 };
 
-inline constexpr Presses focus = {176, 178};
-inline constexpr Presses iris = {180, 182};
-inline constexpr Presses zoom = {184, 186};
+inline constexpr Presses focus = {Model::Event_ButtonSoftLFPressed, Model::Event_ButtonSoftUFPressed};
+inline constexpr Presses iris = {Model::Event_ButtonSoftLIPressed, Model::Event_ButtonSoftUIPressed};
+inline constexpr Presses zoom = {Model::Event_ButtonSoftLZPressed, Model::Event_ButtonSoftUZPressed};
 
 /// The keys of a column; zeros for a place that is no column.
 constexpr Presses keysOf(int column) {
     switch (column) {
-        case AxisColumns::left: return {144, 138};
-        case AxisColumns::middle: return {146, 140};
-        case AxisColumns::right: return {148, 142};
+        case AxisColumns::left: return {Model::Event_ButtonSoftLLPressed, Model::Event_ButtonSoftULPressed};
+        case AxisColumns::middle: return {Model::Event_ButtonSoftLMPressed, Model::Event_ButtonSoftUMPressed};
+        case AxisColumns::right: return {Model::Event_ButtonSoftLRPressed, Model::Event_ButtonSoftURPressed};
         default: return {0, 0};
     }
 }
