@@ -32,7 +32,9 @@ Input mutated(Input input, std::mt19937& random) {
         switch (random() % 4) {
             case 0: input[at] = static_cast<std::uint8_t>(random()); break;
             case 1: input.erase(input.begin() + static_cast<std::ptrdiff_t>(at)); break;
-            case 2: input.insert(input.begin() + static_cast<std::ptrdiff_t>(at), static_cast<std::uint8_t>(random())); break;
+            case 2:
+                input.insert(input.begin() + static_cast<std::ptrdiff_t>(at), static_cast<std::uint8_t>(random()));
+                break;
             default: input[at] = static_cast<std::uint8_t>(input[at] ^ (1U << (random() % 8))); break;
         }
     }
@@ -53,7 +55,8 @@ int main(int argc, char** argv) {
     const int count = rounds != nullptr ? std::atoi(rounds) : 20000;
     std::mt19937 random(4711);
     for (int i = 0; i < count; ++i) {
-        const Input input = corpus.empty() || random() % 2 == 0 ? randomInput(random) : mutated(corpus[random() % corpus.size()], random);
+        const Input input = corpus.empty() || random() % 2 == 0 ? randomInput(random)
+                                                                : mutated(corpus[random() % corpus.size()], random);
         LLVMFuzzerTestOneInput(input.data(), input.size());
     }
     std::printf("%zu corpus inputs and %d generated ones passed\n", corpus.size(), count);

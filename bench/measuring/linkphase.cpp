@@ -21,7 +21,8 @@ double cpuMilliseconds() {
 void printMemory() {
     std::ifstream rollup("/proc/self/smaps_rollup");
     for (std::string line; std::getline(rollup, line);)
-        if (line.rfind("Rss:", 0) == 0 || line.rfind("Pss:", 0) == 0 || line.rfind("Private_Dirty:", 0) == 0) std::printf("  %s\n", line.c_str());
+        if (line.rfind("Rss:", 0) == 0 || line.rfind("Pss:", 0) == 0 || line.rfind("Private_Dirty:", 0) == 0)
+            std::printf("  %s\n", line.c_str());
 }
 
 }  // namespace
@@ -32,7 +33,8 @@ int main() {
     const double linked = cpuMilliseconds();
     Model::syncAll(true);
     const double again = cpuMilliseconds();
-    std::printf("link phase and first sync: %.2f ms of CPU; a second whole sync: %.2f ms\n", linked - begin, again - linked);
+    std::printf("link phase and first sync: %.2f ms of CPU; a second whole sync: %.2f ms\n", linked - begin,
+                again - linked);
     printMemory();
     return 0;
 }

@@ -56,8 +56,9 @@ struct ModelLink {
 };
 
 /// The link phase. Objects hold their constant data and the addresses of each other already; what is left, in this
-/// order: children learn their parents and borders their owners, expressions are compiled, texts that follow no variable take
-/// their value; observers are attached to their variables; every variable notifies once. A second call does nothing.
+/// order: children learn their parents and borders their owners, expressions are compiled, texts that follow no
+/// variable take their value; observers are attached to their variables; every variable notifies once. A second call
+/// does nothing.
 void link(const ModelLink& model, const Backend::VariableSet& variables);
 
 }  // namespace Model

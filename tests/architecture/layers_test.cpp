@@ -34,8 +34,8 @@ const std::map<std::string, std::set<std::string>> allowed = {
     {"tools", {"model", "tools/textfit"}},
     {"tools/textfit", {"engine"}},
     {"unit",
-     {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory",
-      "apps/libs/delayedopen", "apps/libs/png"}},
+     {"platform", "model", "apps/common/log", "apps/common/event", "apps/common/sharedmemory", "apps/libs/delayedopen",
+      "apps/libs/png"}},
 };
 
 std::string floorOf(const std::string& path) {

@@ -1,6 +1,6 @@
-// For tests of a 32-bit build under the user-mode emulator, with the address sanitizer. A kernel of 32 bits keeps the upper
-// quarter of the addresses for itself, and the sanitizer's map of the memory ends there; the emulator hands it out once the
-// rest was used. Taken away before main, it is never handed out.
+// For tests of a 32-bit build under the user-mode emulator, with the address sanitizer. A kernel of 32 bits keeps the
+// upper quarter of the addresses for itself, and the sanitizer's map of the memory ends there; the emulator hands it
+// out once the rest was used. Taken away before main, it is never handed out.
 #include <sys/mman.h>
 
 #include <cstdio>

@@ -25,7 +25,8 @@ class Joystick {
         ~Listener() = default;
     };
 
-    /// A stick that is held when this begins, as at the start of the program, is ignored until it has been in the centre.
+    /// A stick that is held when this begins, as at the start of the program, is ignored until it has been in the
+    /// centre.
     void block() { blocked_ = true; }
     void step(const Reading& reading, Listener& listener);
 
