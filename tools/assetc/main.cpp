@@ -12,6 +12,7 @@
 #include "tools/assetc/iconlist.h"
 #include "tools/assetc/rasterizer.h"
 #include "tools/assetc/sheet.h"
+#include "tools/common/commandline.h"
 #include "tools/common/inputerror.h"
 #include "tools/texttable/texttable.h"
 
@@ -63,7 +64,7 @@ void writePicture(const IconEntry& drawing, const std::filesystem::path& file) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-    CLI::App app("Makes the built-in fonts and images of the model.");
+    CLI::App app("Makes the built-in fonts and images of the model.", "assetc");
     Inputs inputs;
     std::filesystem::path out;
     app.add_option("--model", inputs.model, "folder with fonts/, icons/ and texts/");
@@ -79,7 +80,7 @@ int main(int argc, char** argv) try {
     picture->add_option("width", drawing.width, "of the drawing, pixels")->required();
     picture->add_option("height", drawing.height, "of the drawing, pixels")->required();
     picture->add_option("file", out, "the PNG file")->required();
-    CLI11_PARSE(app, argc, argv);
+    if (const auto status = readCommandLine(app, argc, argv)) return *status;
 
     if (picture->parsed()) {
         writePicture(drawing, out);

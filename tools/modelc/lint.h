@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <iosfwd>
 #include <set>
 #include <string>
@@ -9,9 +10,12 @@
 
 namespace Modelc {
 
+inline constexpr std::array lintChecks = {"unreachable-page",   "dead-end",  "never-posted",   "never-heard",
+                                          "small-touch-target", "not-built", "outside-screen", "text-fit"};
+
 /// Something that works and is hardly meant so.
 struct LintFinding {
-    std::string check;  ///< "unreachable-page", ...
+    std::string check;  ///< one of lintChecks
     std::string place;
     std::string message;
     Span span;  ///< may be nowhere

@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 
+#include "tools/common/commandline.h"
 #include "tools/common/inputerror.h"
 #include "tools/modelc/census.h"
 #include "tools/modelc/description.h"
@@ -55,6 +56,7 @@ std::vector<SourcePath> sourceFiles(const std::vector<fs::path>& given) {
         std::vector<fs::path> found;
         for (const auto& entry : fs::recursive_directory_iterator(path))
             if (entry.path().extension() == ".tern") found.push_back(entry.path());
+        if (found.empty()) throw InputError(path, 0, "no model source is in this folder; their names end in .tern");
         std::sort(found.begin(), found.end());
         for (const auto& one : found) files.push_back({one, fs::relative(one, path)});
     }
@@ -153,12 +155,14 @@ int main(int argc, char** argv) {
     app.add_flag("--census", options.census, "what the model is made of");
     app.add_flag("--lint", options.lint, "what works and is hardly meant so");
     app.add_flag("--json", options.json, "the lint's findings as JSON");
-    app.add_option("--fail-on", options.failOn, "checks of the lint that end with status 1, such as text-fit");
+    app.add_option("--fail-on", options.failOn, "checks of the lint that end with status 1")
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember(std::vector<std::string>(lintChecks.begin(), lintChecks.end())));
     app.add_flag("--print", options.print, "the lowered form");
     app.add_option("--why", options.why, "PAGE.WIDGET[.property]: which rules decide it");
     app.add_option("--who", options.who, "VARIABLE: what it drives and what writes it");
     app.add_option("sources", options.sources, "model sources, or folders of them")->required();
-    CLI11_PARSE(app, argc, argv);
+    if (const auto status = readCommandLine(app, argc, argv)) return *status;
     try {
         return run(options);
     } catch (const std::exception& problem) {

@@ -4,6 +4,7 @@
 #include <exception>
 #include <iostream>
 
+#include "tools/common/commandline.h"
 #include "tools/common/textfile.h"
 #include "tools/textc/exchange.h"
 #include "tools/textc/textwriter.h"
@@ -65,7 +66,8 @@ int importSheet(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-    CLI::App app("Checks the texts of the model, makes the language tables, exchanges languages with translators.");
+    CLI::App app("Checks the texts of the model, makes the language tables, exchanges languages with translators.",
+                 "textc");
     Options options;
     int (*run)(const Options&) = nullptr;
     const auto command = [&](const char* name, const char* what, int (*function)(const Options&)) {
@@ -87,7 +89,7 @@ int main(int argc, char** argv) try {
         exchange->add_option("language", options.language, "column of the language")->required();
         exchange->add_option("sheet", options.path, "the CSV file")->required();
     }
-    CLI11_PARSE(app, argc, argv);
+    if (const auto status = readCommandLine(app, argc, argv)) return *status;
     return run(options);
 } catch (const std::exception& error) {
     std::fprintf(stderr, "textc: %s\n", error.what());

@@ -71,16 +71,22 @@ int serve(const Beginning& given) {
 
 int main(int argc, char** argv) {
     Log::threshold = &logThreshold;
-    CLI::App options("The stand-in server of a virtual unit. It ends on SIGTERM or SIGINT and leaves nothing behind.");
+    CLI::App options("The stand-in server of a virtual unit. It ends on SIGTERM or SIGINT and leaves nothing behind.",
+                     "unit-server");
     Beginning given;
     options.add_option("--hardware", given.hardware,
                        "Scene whose hardware is connected; the saved settings stay as they are");
     options.add_option("--scene", given.scene, "JSON file with the state to begin with, instead of the saved settings");
     options.add_flag("--lockstep", given.lockstep, "Time passes only by the requests of the control socket");
     options.add_option("--hostile", given.hostile, std::string("Misbehave: ") + Unit::Hostile::help);
-    CLI11_PARSE(options, argc, argv);
     try {
+        options.parse(argc, argv);
         return serve(given);
+    } catch (const CLI::Success& help) {
+        return options.exit(help);
+    } catch (const CLI::ParseError& error) {
+        std::fprintf(stderr, "unit-server: %s. See: unit-server --help\n", error.what());
+        return exitUsage;
     } catch (const std::exception& problem) {
         std::fprintf(stderr, "unit-server: %s\n", problem.what());
         return EXIT_FAILURE;
