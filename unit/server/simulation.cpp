@@ -1,5 +1,6 @@
 #include "unit/server/simulation.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -114,14 +115,20 @@ void Simulation::factoryReset() {
 
 bool Simulation::loadScene(const std::filesystem::path& file, std::vector<std::string>& problems, SceneUse use) {
     std::ifstream stream(file);
-    if (!stream) {
-        problems.push_back("The scene " + file.string() + " cannot be read.");
+    std::error_code none;
+    if (!stream || std::filesystem::is_directory(file, none)) {
+        problems.push_back("The scene " + file.string() + " cannot be read. Is there such a file?");
         return false;
     }
-    const json scene = json::parse(stream, nullptr, false, true);
-    if (!scene.is_discarded()) return applyScene(scene, problems, use);
-    problems.push_back("The scene " + file.string() + " is no JSON.");
-    return false;
+    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    try {
+        return applyScene(json::parse(text, nullptr, true, true), problems, use);
+    } catch (const json::parse_error& error) {
+        const auto end = text.begin() + static_cast<std::ptrdiff_t>(std::min(error.byte, text.size()));
+        problems.push_back("The scene " + file.string() + " is no JSON: see line " +
+                           std::to_string(1 + std::count(text.begin(), end, '\n')) + ".");
+        return false;
+    }
 }
 
 bool Simulation::applyScene(const json& scene, std::vector<std::string>& problems, SceneUse use) {

@@ -42,6 +42,10 @@ void writePicture(LinuxFramebuffer& framebuffer, const char* path) {
 }  // namespace
 
 int main(int argc, char** argv) try {
+    if (argc > 2 || (argc == 2 && argv[1][0] == '-')) {
+        std::fprintf(stderr, "Usage: testcard [FILE.png]: what the display shows is written there\n");
+        return 2;
+    }
     LinuxFramebuffer framebuffer("/dev/fb0", 2);
     framebuffer.open(LinuxFramebuffer::Contents::Clear);
     show(framebuffer);

@@ -19,8 +19,9 @@ namespace {
 
 constexpr int exitUsage = 2;
 
-int usage() {
-    std::fprintf(stderr, "Usage: unit-panel [--port N]\nThe unit is that of TERN_INSTANCE; it runs already.\n");
+int refuse(const char* problem, const char* word) {
+    std::fprintf(stderr, "unit-panel: %s \"%s\". Usage: unit-panel [--port N]; the unit of TERN_INSTANCE must run.\n",
+                 problem, word);
     return exitUsage;
 }
 
@@ -36,9 +37,9 @@ int main(int argc, char** argv) {
     if (argc == 3 && std::strcmp(argv[1], "--port") == 0) {
         const char* end = argv[2] + std::strlen(argv[2]);
         const auto [last, failed] = std::from_chars(argv[2], end, port);
-        if (failed != std::errc() || last != end) return usage();
+        if (failed != std::errc() || last != end) return refuse("A port is a number up to 65535, not", argv[2]);
     } else if (argc != 1) {
-        return usage();
+        return refuse("There is no", argv[1]);
     }
     try {
         const auto place = Platform::Virtual::Place::fromEnvironment();
