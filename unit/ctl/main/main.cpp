@@ -99,10 +99,15 @@ std::uint32_t number(const std::string& text) {
 /// Of a notice that is named by its number or as in the journal.
 std::uint32_t noticeId(const std::string& text) {
     if (text.empty() || std::isalpha(static_cast<unsigned char>(text[0])) == 0) return number(text);
-    for (std::size_t id = 0; id < Catalogue::messages.size(); ++id)
-        if (const char* name = Catalogue::messages[id].name; name != nullptr && text == name)
-            return static_cast<std::uint32_t>(id);
-    throw Problem("There is no notice " + text + "; it is named after its variable: VarKnobLockChanged.");
+    std::vector<std::string> names;
+    for (std::size_t id = 0; id < Catalogue::messages.size(); ++id) {
+        const char* name = Catalogue::messages[id].name;
+        if (name != nullptr && text == name) return static_cast<std::uint32_t>(id);
+        if (name != nullptr) names.emplace_back(name);
+    }
+    const std::string meant = text.ends_with("Changed") ? text : text + "Changed";
+    throw Problem("There is no notice " + text + "." + suggestion(meant, names) +
+                  " A notice is named as in the journal.");
 }
 
 /// Every verb's name, for the completion and for who mistypes one.
