@@ -7,6 +7,7 @@
 #include "apps/common/log/log.h"
 #include "apps/gui/main/areavalue.h"
 #include "apps/gui/main/displaytest.h"
+#include "apps/gui/main/joystickevents.h"
 #include "apps/gui/main/loadpng.h"
 #include "apps/gui/main/missedframes.h"
 #include "apps/gui/main/modelwidgets.h"
@@ -18,7 +19,6 @@
 #include "embedded-gui-engine/trace.h"
 #include "embedded-gui-engine/traceflags.h"
 #include "model/catalogue/constants.h"
-#include "model/catalogue/events.h"
 #include "model/catalogue/handler.h"
 #include "model/catalogue/variables.h"
 #include "model/runtime/generated.h"
@@ -41,33 +41,6 @@ void linkModelOnce() {
     Engine::setTextTable(Texts::tables, &Model::VarLanguage);
     Model::link(Model::modelLink, Model::variables);
 }
-
-class JoystickEvents final : public Joystick::Listener {
-  public:
-    explicit JoystickEvents(Engine::GuiManager& manager) : manager_(manager) {}
-
-    void joystickPressed(Joystick::Direction direction, bool first) override {
-        const unsigned event = eventOf(direction);
-        if (first) TERN_LOG(Log::LogAll, "USER: Pressed %s", Engine::Trace::instance().eventName(event));
-        manager_.postEvent(event);
-    }
-    void joystickReleased(Joystick::Direction direction, int events) override {
-        TERN_LOG(Log::LogAll, "USER: Released %s, total %i events",
-                 Engine::Trace::instance().eventName(eventOf(direction)), events);
-    }
-
-  private:
-    static unsigned eventOf(Joystick::Direction direction) {
-        switch (direction) {
-            case Joystick::Up: return Model::Event_JoystickUp;
-            case Joystick::Down: return Model::Event_JoystickDown;
-            case Joystick::Left: return Model::Event_JoystickLeft;
-            default: return Model::Event_JoystickRight;
-        }
-    }
-
-    Engine::GuiManager& manager_;
-};
 
 void noteLockedKey() {
     if (Area::read<unsigned char>(Places::VarLockedButtonPressed) != 1)
@@ -278,9 +251,8 @@ void Application::animate() {
     const bool onItsSide = screen_->rotationIndex() % 2 != 0;
     const int width = onItsSide ? display_.height() : display_.width();
     const int height = onItsSide ? display_.width() : display_.height();
-    if (display_.bitsPerPixel() == 32)
-        animation_.draw(static_cast<std::uint32_t*>(display_.currentAddress()), width, height,
-                        Platform::steadyNanoseconds() / 1'000'000);
+    animation_.draw(static_cast<std::uint32_t*>(display_.currentAddress()), width, height,
+                    Platform::steadyNanoseconds() / 1'000'000);
     display_.swap();
 }
 
