@@ -107,7 +107,7 @@ std::uint32_t noticeId(const std::string& text) {
     }
     const std::string meant = text.ends_with("Changed") ? text : text + "Changed";
     throw Problem("There is no notice " + text + "." + suggestion(meant, names) +
-                  " A notice is named as in the journal.");
+                  " A notice is named after its variable, as in the journal.");
 }
 
 /// Every verb's name, for the completion and for who mistypes one.
