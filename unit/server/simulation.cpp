@@ -51,7 +51,10 @@ struct Assignment {
 
 std::vector<Assignment> checkValues(const json& values, std::vector<std::string>& problems) {
     std::vector<Assignment> assignments;
-    if (!values.is_object()) problems.push_back("\"values\" must be an object of variable names.");
+    if (!values.is_object()) {
+        problems.push_back("\"values\" must be an object of variable names.");
+        return assignments;
+    }
     for (const auto& [name, value] : values.items()) {
         std::string problem;
         const auto cell = Store::find(name, problem);
@@ -131,6 +134,30 @@ bool Simulation::loadScene(const std::filesystem::path& file, std::vector<std::s
     }
 }
 
+std::vector<Simulation::WantedSetting> Simulation::checkSettings(const json& modules,
+                                                                 std::vector<std::string>& problems) const {
+    std::vector<WantedSetting> settings;
+    if (!modules.is_object()) {
+        problems.push_back("\"modules\" must be an object of module names.");
+        return settings;
+    }
+    for (const auto& [module, wanted] : modules.items()) {
+        if (!wanted.is_object()) {
+            problems.push_back("The module " + module + " takes an object of settings.");
+            continue;
+        }
+        for (const auto& [name, value] : wanted.items()) {
+            std::string problem;
+            const Setting* setting = findSetting(module, name, problem);
+            if (setting != nullptr && setting->accepts(value, problem))
+                settings.emplace_back(setting, value);
+            else
+                problems.push_back(module + ": " + problem);
+        }
+    }
+    return settings;
+}
+
 bool Simulation::applyScene(const json& scene, std::vector<std::string>& problems, SceneUse use) {
     if (!scene.is_object()) {
         problems.push_back("A scene is a JSON object.");
@@ -140,20 +167,7 @@ bool Simulation::applyScene(const json& scene, std::vector<std::string>& problem
         if (key != "about" && key != "values" && key != "modules")
             problems.push_back("A scene has no \"" + key + "\"; it has \"about\", \"modules\" and \"values\".");
     auto assignments = checkValues(scene.value("values", json::object()), problems);
-    std::vector<std::pair<const Setting*, json>> settings;
-    const json modules = scene.value("modules", json::object());
-    for (const auto& [module, wanted] : modules.items()) {
-        if (!wanted.is_object()) problems.push_back("The module " + module + " takes an object of settings.");
-        for (const auto& [name, value] : wanted.items()) {
-            std::string problem;
-            const Setting* setting = findSetting(module, name, problem);
-            if (setting != nullptr && setting->accepts(value, problem)) {
-                settings.emplace_back(setting, value);
-            } else {
-                problems.push_back(module + ": " + problem);
-            }
-        }
-    }
+    const auto settings = checkSettings(scene.value("modules", json::object()), problems);
     if (!problems.empty()) return false;
 
     const Snapshot before(bases_);

@@ -51,6 +51,10 @@ class Simulation {
     Store& store() { return store_; }
 
   private:
+    using WantedSetting = std::pair<const Setting*, nlohmann::json>;
+
+    /// What a scene says of the modules; each mistake in `problems`.
+    std::vector<WantedSetting> checkSettings(const nlohmann::json& modules, std::vector<std::string>& problems) const;
     void addModules(const Surroundings& surroundings);
     void switchOn();
     void factoryReset();
