@@ -11,6 +11,10 @@
 
 namespace Area {
 
+// `T` is what the catalogue says of the place: unsigned char for a flag, int, float, std::uint16_t; nothing checks it.
+// The areas must be open.
+
+/// In the mapped area; words of four bytes are aligned.
 inline unsigned char* address(const Places::Place& place) {
     return Backend::areaBases[static_cast<unsigned>(place.area)] + place.offset;
 }

@@ -33,17 +33,25 @@ class Recorder {
     Recorder(Instance& instance, const std::string& file, const std::string& about);
     ~Recorder();
 
-    std::int64_t time();
+    // Clock, in nanoseconds.
+    std::int64_t time();  ///< what the product sees now
     void slept(std::int64_t duration);
 
-    /// `result` is a descriptor or negative, with errno. Keeps errno.
-    void opened(const char* path, int result);
+    // What a call did: descriptors are negative and `good` is false when it failed, with errno, which is kept. Paths
+    // and names are the unit's own.
+    void opened(const char* path, int fd);
+    /// A folder was opened: its names are taken down, the position in `fd` stays.
     void listed(const char* path, int fd);
     void areaOpened(const char* name, int fd);
+    /// The copy that the product works on in place of `shared`, which is taken over; `shared` itself when no copy can
+    /// be made.
     void* mapped(const char* name, void* shared, std::size_t size);
+    /// False when `address` is no such copy; else both mappings are gone.
     bool unmapped(void* address);
     void ended(Call call, const char* path, bool good);
+    /// One of the descriptors that a wait found ready; `others` of the same wait follow.
     void waited(const char* path, std::uint32_t events, int others);
+    /// `result`: the bytes read, or negative.
     void read(const char* path, const void* data, ssize_t result);
     /// Before the product speaks to the server: what it wrote must be there.
     void sending(const void* data, std::size_t size);

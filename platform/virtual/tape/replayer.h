@@ -40,12 +40,14 @@ class Replayer {
     /// Ends the process with a message when the file cannot be used.
     Replayer(Instance& instance, const std::string& file, OnDifference onDifference);
 
+    // Clock, in nanoseconds.
     std::int64_t time();
     void slept(std::int64_t duration) { time_ += duration; }
 
-    /// Whether the recording speaks for the descriptor.
+    /// Whether what is read from this path of the unit, "" for a descriptor without one, comes from the recording.
     static bool speaksFor(const char* path);
 
+    // Like the calls of these names: what they return, -1 with errno when the recorded call failed.
     int open(const char* path, int flags, mode_t mode);
     int openArea(const char* name);
     /// The errno of a call that has a result only; 0 for success.
@@ -56,9 +58,9 @@ class Replayer {
     ssize_t read(const char* path, void* buffer, std::size_t size);
     void sending(const void* data, std::size_t size);
 
-    void shown();
-    void endPass();
-    void beginPass();
+    void shown();      ///< a pan has happened
+    void endPass();    ///< the product is about to wait for the display
+    void beginPass();  ///< it goes on; ends the process behind the last pass
 
   private:
     struct Chunk {

@@ -27,6 +27,7 @@ class TapeWriter {
     TapeWriter(const TapeWriter&) = delete;
     TapeWriter& operator=(const TapeWriter&) = delete;
 
+    /// False from the first write that failed, or when the file could not be made; nothing is written any more then.
     bool good() const { return good_; }
     void add(std::span<const std::byte> event);
     /// Bytes waiting for a block of their own.
