@@ -61,7 +61,6 @@ class WidgetLowering {
     std::string floatVariable(Widget& widget, std::string_view name);
     std::string border(Widget& widget, std::string_view name);
     void rectangle(Widget& widget, std::map<std::string_view, std::string>& fields);
-    void checkGeometry(Span span, const ListExpr& list);
     void reportUnused(const Widget& widget);
 
     // Label contents.
