@@ -137,7 +137,7 @@ TEST_F(ModelTest, TimersTickAndFinishAndFollowTheirCondition) {
     Model::VarButtonsLocked.setValue(false);
     Model::VarTimerMinSet.setValue(0);
     Model::VarTimerSecSet.setValue(0);
-    post(Model::Event_EditBoolShow);
+    post(Model::Event_JoystickUp);
     wait(100);
     EXPECT_EQ(Model::VarTimerMinSet.value(), 1);
     EXPECT_EQ(Model::VarTimerSecSet.value(), 0);
@@ -145,7 +145,7 @@ TEST_F(ModelTest, TimersTickAndFinishAndFollowTheirCondition) {
     EXPECT_EQ(Model::VarTimerMinSet.value(), 2);
     EXPECT_EQ(Model::VarTimerSecSet.value(), 9);
     Model::VarButtonsLocked.setValue(true);
-    post(Model::Event_EditBoolShow);
+    post(Model::Event_JoystickUp);
     wait(100);
     EXPECT_EQ(Model::VarTimerMinSet.value(), 2);
     Model::VarButtonsLocked.setValue(false);
