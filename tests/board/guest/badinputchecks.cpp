@@ -50,10 +50,11 @@ void checkBadInput(Machine& board, Report& report) {
         board.changeDisplay("vsync=0");
         refuses(board, "vsync: Inappropriate ioctl for device");
     });
-    report.check("a display of 16 bits is refused", [&] {
-        board.changeDisplay("depth=16");
-        refuses(board, "the display has 16 bits a pixel");
-    });
+    for (const std::string depth : {"16", "24"})
+        report.check("a display of " + depth + " bits is refused", [&] {
+            board.changeDisplay("depth=" + depth);
+            refuses(board, "the display has " + depth + " bits a pixel");
+        });
     report.check("a larger display is drawn on", [&] { drawsWhatFits(board, 320, 480); });
     report.check("a smaller display is drawn on", [&] { drawsWhatFits(board, 160, 240); });
 }

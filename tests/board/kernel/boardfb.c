@@ -22,7 +22,7 @@ static unsigned int height = 400;
 module_param(height, uint, 0444);
 static unsigned int depth = 32;
 module_param(depth, uint, 0444);
-MODULE_PARM_DESC(depth, "bits a pixel, 16 or 32");
+MODULE_PARM_DESC(depth, "bits a pixel: 16, 24 or 32");
 static bool vsync = true;
 module_param(vsync, bool, 0444);
 MODULE_PARM_DESC(vsync, "whether the wait for the vertical blank is there");
@@ -97,7 +97,7 @@ static const struct fb_ops boardfb_ops = {
 static void describe(struct fb_info *info, u32 size)
 {
 	struct fb_var_screeninfo *var = &info->var;
-	bool wide = depth == 32;
+	bool wide = depth >= 24;
 
 	strscpy(info->fix.id, "boardfb", sizeof(info->fix.id));
 	info->fix.smem_len = size;
@@ -115,7 +115,7 @@ static void describe(struct fb_info *info, u32 size)
 	var->blue = (struct fb_bitfield){ .offset = 0, .length = wide ? 8 : 5 };
 	var->green = (struct fb_bitfield){ .offset = wide ? 8 : 5, .length = wide ? 8 : 6 };
 	var->red = (struct fb_bitfield){ .offset = wide ? 16 : 11, .length = wide ? 8 : 5 };
-	var->transp = (struct fb_bitfield){ .offset = wide ? 24 : 0, .length = wide ? 8 : 0 };
+	var->transp = (struct fb_bitfield){ .offset = 24, .length = depth == 32 ? 8 : 0 };
 	var->pixclock = div_u64(1000000000000ULL, width * height * BLANKS_PER_SECOND); /* picoseconds a pixel */
 	var->vmode = FB_VMODE_NONINTERLACED;
 }
@@ -149,7 +149,7 @@ static int __init boardfb_init(void)
 {
 	int result;
 
-	if (depth != 16 && depth != 32)
+	if (depth != 16 && depth != 24 && depth != 32)
 		return -EINVAL;
 	display = allocate_display(BUFFERS * width * height * depth / 8);
 	if (!display)
