@@ -39,14 +39,16 @@ Picture bootLoaderPicture(unsigned width, unsigned height) {
 /// The product is held at the gate for a second: what it has done to the display until then shows.
 void bootLoaderPictureStays(Machine& board, const Picture& before) {
     const HeldGate gate;
+    const long long waits = Display::waits();
     board.startProduct();
     board.log.await("Waiting for server", 10);
     sleepFor(1);
     expect(board.display->shownLine() == 0, "expected the first buffer, which holds the picture");
     board.expectShown(before, "boot-loader", 0);
+    expectBetween("waits for the blank before it takes the display", Display::waits() - waits, 1, 1);
 }
 
-/// From its first pixel on the logo is complete within a tenth of a second, and stands two seconds.
+/// From its first pixel on the logo is complete within a tenth of a second, and stands two seconds. A page follows it.
 void logoFollows(Machine& board, const Picture& before) {
     const Picture logo = onDisplay(loadPicture("/usr/share/qz-boot-logo.png"), before.width, before.height, true);
     expect(waitUntil(20, [&] { return board.display->shown() != before; }),
@@ -55,6 +57,9 @@ void logoFollows(Machine& board, const Picture& before) {
     const double start = now();
     waitUntil(20, [&] { return board.display->shown() != logo; });
     expectBetween("milliseconds of the logo", static_cast<long long>((now() - start) * 1000), 1850, 2150);
+    if (board.log.has("USER Page: ")) return;
+    tellPicture("after-logo", board.display->shown());
+    throw Failure("expected the first page behind the logo, found another picture");
 }
 
 }  // namespace
@@ -63,7 +68,7 @@ void checkStart(Machine& board, Report& report) {
     const Picture before = bootLoaderPicture(board.display->width(), board.display->height());
     board.display->paint(before);
     report.check("the boot loader's picture stays until the logo", [&] { bootLoaderPictureStays(board, before); });
-    report.check("the logo stands for two seconds", [&] { logoFollows(board, before); });
+    report.check("the logo stands for two seconds, until the first page", [&] { logoFollows(board, before); });
     report.check("the landing page is in the shown buffer", [&] {
         board.awaitLandingPage();
         board.showLandingPage();
