@@ -1,6 +1,7 @@
 // Keys and fingers, on the devices' own paths.
 #include <linux/input-event-codes.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "tests/board/guest/expect.h"
@@ -59,12 +60,56 @@ void softKeyDoesTheSame(Machine& board) {
     board.expectShown(board.landingPage, "after-soft-key", 1);
 }
 
-/// The host presses it when it reads the line; until it does, the board's time runs as fast as it can.
+/// The page's head, which is the same either way round, stands upside down in the last lines.
+bool headStandsAtFoot(const Machine& board) {
+    constexpr std::ptrdiff_t lines = 30;
+    const auto& page = board.landingPage;
+    const Picture shown = board.display->shown();
+    return std::equal(page.colors.begin(), page.colors.begin() + lines * page.width, shown.colors.rbegin());
+}
+
+/// The same, with the board held upside down: field and key are where they are seen then.
+void turnedOver(Machine& board) {
+    board.ask("set VarGuiRotate 1");
+    expect(waitUntil(1, [&] { return headStandsAtFoot(board); }), "expected the page upside down");
+    board.touch->tap(200, 400 - 384);
+    expect(waitUntil(1, [&] { return mark(board) < 0; }),
+           "expected no mark after the touch, found " + std::to_string(mark(board)));
+    board.keys1->press(BTN_2);
+    expect(waitUntil(1, [&] { return mark(board) >= 0; }),
+           "expected a mark after the key, found " + std::to_string(mark(board)));
+    board.ask("set VarGuiRotate 0");
+    board.expectShown(board.landingPage, "after-turning-back", 1);
+}
+
+/// The host presses it when it reads the line; until it does, the board's time runs as fast as it can. The key has to work
+/// while the others are locked.
 void powerKey(Machine& board) {
+    board.ask("set VarButtonsLocked 1");
     board.log.forget();
+    KeyWatch key(Machine::powerPath);
     std::printf("please press the power key\n");
-    board.log.await("USER Key: Event_ButtonSoftPowerPressed", 3600);
-    board.log.await("USER Key: Event_ButtonSoftPowerReleased", 10);
+    expect(key.awaitRelease(KEY_POWER, 3600), "the host has not pressed the power key");
+    board.log.await("USER Key: Event_ButtonSoftPowerPressed", 1);
+    board.log.await("USER Key: Event_ButtonSoftPowerReleased", 1);
+    board.ask("set VarButtonsLocked 0");
+}
+
+/// Pulled out while a key is down, and plugged in again.
+void deviceComesBack(Machine& board) {
+    const std::string path = Machine::keys2Path;
+    board.log.forget();
+    board.keys2->send({{EV_KEY, KEY_SELECT, 1}});
+    board.log.await("USER Key: Event_ButtonSoftFunctionPressed", 1);
+    board.keys2.reset();
+    board.log.await("Device " + path + " is gone", 1);
+    board.log.await("Open of device " + path + " failed, trying for up to", 1);
+    board.log.await("USER Key: Event_ButtonSoftFunctionReleased", 1);
+    board.plugKeys2();
+    board.log.await("Open of device " + path + " suceeded after", 1);
+    board.log.forget();
+    board.keys2->press(KEY_MENU);
+    board.log.await("USER Key: Event_ButtonSoftPagePressed", 1);
 }
 
 }  // namespace
@@ -77,7 +122,9 @@ void checkInput(Machine& board, Report& report) {
     report.check("a key record changes the page", [&] { keyChangesPage(board); });
     report.check("a touch reaches its widget", [&] { touchReachesWidget(board); });
     report.check("a key of the other key device too", [&] { softKeyDoesTheSame(board); });
-    report.check("the power key answers", [&] { powerKey(board); });
+    report.check("touches and keys follow the picture when it is turned over", [&] { turnedOver(board); });
+    report.check("the power key answers, though the keys are locked", [&] { powerKey(board); });
+    report.check("a device that comes back is used", [&] { deviceComesBack(board); });
 }
 
 void checkEnd(Machine& board, Report& report) {

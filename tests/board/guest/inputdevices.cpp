@@ -110,6 +110,23 @@ void TouchPanel::tap(int x, int y) {
     send({{EV_ABS, ABS_MT_TRACKING_ID, -1}});
 }
 
+KeyWatch::KeyWatch(const std::string& path) : fd_(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {
+    expect(fd_ >= 0, path + " cannot be opened");
+}
+
+KeyWatch::~KeyWatch() {
+    ::close(fd_);
+}
+
+bool KeyWatch::awaitRelease(int code, double seconds) {
+    return waitUntil(seconds, [&] {
+        input_event event;
+        while (::read(fd_, &event, sizeof event) == static_cast<ssize_t>(sizeof event))
+            if (event.type == EV_KEY && event.code == code && event.value == 0) return true;
+        return false;
+    });
+}
+
 void linkDevice(const std::string& driverName, const std::string& path) {
     for (const auto& entry : fs::directory_iterator("/sys/class/input")) {
         std::ifstream file(entry.path() / "name");

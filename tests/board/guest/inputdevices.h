@@ -55,6 +55,21 @@ class TouchPanel : public InputDevice {
     int tracking_ = 0;
 };
 
+/// A device as another program reads it, from the making of this on.
+class KeyWatch {
+  public:
+    explicit KeyWatch(const std::string& path);
+    KeyWatch(const KeyWatch&) = delete;
+    KeyWatch& operator=(const KeyWatch&) = delete;
+    ~KeyWatch();
+
+    /// False when the key has not been let go within the time.
+    bool awaitRelease(int code, double seconds);
+
+  private:
+    int fd_;
+};
+
 /// Names the node of a device that the board has by itself, found by the name that its driver gives it.
 void linkDevice(const std::string& driverName, const std::string& path);
 

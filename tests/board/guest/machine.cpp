@@ -62,6 +62,11 @@ std::string Machine::awaitEnd() {
     return "not at all within 20 s";
 }
 
+std::string Machine::unexpectedEnd() {
+    const std::optional<std::string> end = product.takeEnd();
+    return end ? "; the product has ended " + *end + ": " + product.lastWords() : "";
+}
+
 void Machine::expectGoodEnd() {
     product.signal(SIGTERM);
     const std::string end = awaitEnd();
@@ -82,7 +87,7 @@ void Report::check(const std::string& name, const std::function<void()>& body) {
         std::printf("ok %s\n", name.c_str());
     } catch (const std::exception& failure) {
         failed_ = true;
-        std::printf("FAILED %s: %s\n", name.c_str(), failure.what());
+        std::printf("FAILED %s: %s%s\n", name.c_str(), failure.what(), tellMore_().c_str());
     }
 }
 

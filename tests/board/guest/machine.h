@@ -17,6 +17,7 @@ namespace Board {
 /// The board with everything that is plugged into it, and the two programs that run there.
 struct Machine {
     static constexpr const char* keys2Path = "/dev/input/by-path/platform-gpio-keys2-event";
+    static constexpr const char* powerPath = "/dev/input/by-path/platform-20cc000.snvs:snvs-powerkey-event";
 
     Unit::ChildProcess server{"/bin/unit-server-linux", "/tmp/server.out", SIGTERM};
     Unit::ChildProcess product{"/bin/gui", "/tmp/product.out", SIGKILL};
@@ -45,6 +46,8 @@ struct Machine {
     void showLandingPage() { ask("set VarFuncLDD Marks"); }
     /// How the product ends by itself, or what it does instead.
     std::string awaitEnd();
+    /// For the report of a failure: that the product has ended, and how. Empty while it runs.
+    std::string unexpectedEnd();
     /// SIGTERM, which is to end the product with status 0.
     void expectGoodEnd();
 
@@ -61,9 +64,12 @@ struct Machine {
 class Report {
   public:
     void check(const std::string& name, const std::function<void()>& body);
+    /// What else there is to say when a check has failed.
+    void onFailure(std::function<std::string()> tellMore) { tellMore_ = std::move(tellMore); }
     bool failed() const { return failed_; }
 
   private:
+    std::function<std::string()> tellMore_ = [] { return std::string(); };
     bool failed_ = false;
 };
 

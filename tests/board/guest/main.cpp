@@ -20,11 +20,13 @@ void bringUp() {
 }
 
 void runChecks(Board::Report& report) {
-    Board::Machine board;
+    // Until the board is switched off, since reports ask it.
+    static Board::Machine board;
+    report.onFailure([] { return board.unexpectedEnd(); });
     board.display.emplace();
     board.plugKeys1();
     board.touch.emplace();
-    Board::linkDevice("gpio-keys", "/dev/input/by-path/platform-20cc000.snvs:snvs-powerkey-event");
+    Board::linkDevice("gpio-keys", Board::Machine::powerPath);
     board.startServer();
     checkStart(board, report);
     checkLateDevice(board, report);
