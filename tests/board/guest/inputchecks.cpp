@@ -82,8 +82,8 @@ void turnedOver(Machine& board) {
     board.expectShown(board.landingPage, "after-turning-back", 1);
 }
 
-/// The host presses it when it reads the line; until it does, the board's time runs as fast as it can. The key has to work
-/// while the others are locked.
+/// The host presses it when it reads the line; until it does, the board's time runs as fast as it can. The key has to
+/// work while the others are locked.
 void powerKey(Machine& board) {
     board.ask("set VarButtonsLocked 1");
     board.log.forget();
