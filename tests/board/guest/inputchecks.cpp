@@ -19,7 +19,7 @@ void lateDevice(Machine& board) {
     board.plugKeys2();
     board.log.await(opening + " suceeded after", 1);
     const std::string before = board.ask("get VarFuncLDD");
-    board.keys2->press(KEY_SELECT);
+    board.keys2.value().press(KEY_SELECT);
     expect(waitUntil(1, [&] { return board.ask("get VarFuncLDD") != before; }),
            "expected the function key to change VarFuncLDD, found it at " + before);
     board.showLandingPage();
@@ -30,7 +30,7 @@ void keyChangesPage(Machine& board) {
     Picture last = board.landingPage;
     for (const char* page : {"Home_Camera", "Menu_Root", "Home_LDD"}) {
         board.log.forget();
-        board.keys2->press(KEY_MENU);
+        board.keys2.value().press(KEY_MENU);
         board.log.await(std::string("USER Page: ") + page, 2);
         sleepFor(0.1);
         expect(board.display->shown() != last, std::string("the picture has not changed with the page ") + page);
@@ -70,7 +70,7 @@ bool headStandsAtFoot(const Machine& board) {
 
 /// The same, with the board held upside down: field and key are where they are seen then.
 void turnedOver(Machine& board) {
-    board.ask("set VarGuiRotate 1");
+    const SetFlag rotated(board, "VarGuiRotate");
     expect(waitUntil(1, [&] { return headStandsAtFoot(board); }), "expected the page upside down");
     board.touch->tap(200, 400 - 384);
     expect(waitUntil(1, [&] { return mark(board) < 0; }),
@@ -78,28 +78,25 @@ void turnedOver(Machine& board) {
     board.keys1->press(BTN_2);
     expect(waitUntil(1, [&] { return mark(board) >= 0; }),
            "expected a mark after the key, found " + std::to_string(mark(board)));
-    board.ask("set VarGuiRotate 0");
-    board.expectShown(board.landingPage, "after-turning-back", 1);
 }
 
 /// The host presses it when it reads the line; until it does, the board's time runs as fast as it can. The key has to
 /// work while the others are locked.
 void powerKey(Machine& board) {
-    board.ask("set VarButtonsLocked 1");
+    const SetFlag locked(board, "VarButtonsLocked");
     board.log.forget();
     KeyWatch key(Machine::powerPath);
     std::printf("please press the power key\n");
     expect(key.awaitRelease(KEY_POWER, 3600), "the host has not pressed the power key");
     board.log.await("USER Key: Event_ButtonSoftPowerPressed", 1);
     board.log.await("USER Key: Event_ButtonSoftPowerReleased", 1);
-    board.ask("set VarButtonsLocked 0");
 }
 
 /// Pulled out while a key is down, and plugged in again.
 void deviceComesBack(Machine& board) {
     const std::string path = Machine::keys2Path;
     board.log.forget();
-    board.keys2->send({{EV_KEY, KEY_SELECT, 1}});
+    board.keys2.value().send({{EV_KEY, KEY_SELECT, 1}});
     board.log.await("USER Key: Event_ButtonSoftFunctionPressed", 1);
     board.keys2.reset();
     board.log.await("Device " + path + " is gone", 1);
@@ -108,7 +105,7 @@ void deviceComesBack(Machine& board) {
     board.plugKeys2();
     board.log.await("Open of device " + path + " suceeded after", 1);
     board.log.forget();
-    board.keys2->press(KEY_MENU);
+    board.keys2.value().press(KEY_MENU);
     board.log.await("USER Key: Event_ButtonSoftPagePressed", 1);
 }
 
@@ -123,6 +120,8 @@ void checkInput(Machine& board, Report& report) {
     report.check("a touch reaches its widget", [&] { touchReachesWidget(board); });
     report.check("a key of the other key device too", [&] { softKeyDoesTheSame(board); });
     report.check("touches and keys follow the picture when it is turned over", [&] { turnedOver(board); });
+    report.check("the page comes back when it is turned again",
+                 [&] { board.expectShown(board.landingPage, "after-turning-back", 1); });
     report.check("the power key answers, though the keys are locked", [&] { powerKey(board); });
     report.check("a device that comes back is used", [&] { deviceComesBack(board); });
 }

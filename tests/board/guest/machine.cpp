@@ -81,6 +81,14 @@ void Machine::expectShown(const Picture& expected, const std::string& name, doub
                   " pixels of the shown buffer differ from the picture " + name);
 }
 
+SetFlag::~SetFlag() {
+    try {
+        board_.ask("set " + name_ + " 0");
+    } catch (const std::exception& failure) {
+        std::printf("%s stays set: %s\n", name_.c_str(), failure.what());
+    }
+}
+
 void Report::check(const std::string& name, const std::function<void()>& body) {
     try {
         body();

@@ -60,6 +60,21 @@ struct Machine {
     Unit::LineConnection control_;
 };
 
+/// A flag of the unit, set for the length of a scope.
+class SetFlag {
+  public:
+    SetFlag(Machine& board, std::string name) : board_(board), name_(std::move(name)) {
+        board_.ask("set " + name_ + " 1");
+    }
+    SetFlag(const SetFlag&) = delete;
+    SetFlag& operator=(const SetFlag&) = delete;
+    ~SetFlag();
+
+  private:
+    Machine& board_;
+    std::string name_;
+};
+
 /// One line a check on the console: "ok NAME", or "FAILED NAME: what was expected, what was found".
 class Report {
   public:
