@@ -55,6 +55,7 @@ void Machine::awaitLandingPage() {
 }
 
 std::string Machine::awaitEnd() {
+    if (!product.running()) return "before that";
     std::optional<std::string> end;
     waitUntil(20, [&] { return (end = product.takeEnd()).has_value(); });
     if (end) return *end;
