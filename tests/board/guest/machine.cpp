@@ -56,11 +56,12 @@ void Machine::awaitLandingPage() {
 
 std::string Machine::awaitEnd() {
     if (!product.running()) return "before that";
+    constexpr int patience = 5;
     std::optional<std::string> end;
-    waitUntil(20, [&] { return (end = product.takeEnd()).has_value(); });
+    waitUntil(patience, [&] { return (end = product.takeEnd()).has_value(); });
     if (end) return *end;
     product.end();
-    return "not at all within 20 s";
+    return "not at all within " + std::to_string(patience) + " s";
 }
 
 std::string Machine::unexpectedEnd() {
