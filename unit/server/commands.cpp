@@ -2,9 +2,10 @@
 #include <algorithm>
 #include <charconv>
 #include <exception>
-#include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <vector>
 
 #include "model/catalogue/constants.h"
 #include "unit/server/server.h"
@@ -26,9 +27,14 @@ std::string error(std::string problem) {
     return "error " + problem;
 }
 
+/// As JSON in one line, whatever bytes its texts hold.
+std::string lineOf(const json& value) {
+    return value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 /// A text as one line: escaped as in JSON, without the quotation marks.
 std::string oneLine(const std::string& text) {
-    const std::string quoted = json(text).dump(-1, ' ', false, json::error_handler_t::replace);
+    const std::string quoted = lineOf(text);
     return quoted.substr(1, quoted.size() - 2);
 }
 
@@ -47,49 +53,47 @@ bool toNumber(const std::string& text, Integer& value) {
     return failed == std::errc() && end == text.data() + text.size();
 }
 
+/// What `set` and `poke` ask for.
+struct Assignment {
+    Cell cell;
+    std::vector<std::byte> bytes;
+};
+
+std::optional<Assignment> parseAssignment(std::string rest, std::string& problem) {
+    const std::string name = takeWord(rest);
+    const auto cell = Store::find(name, problem);
+    if (!cell) return std::nullopt;
+    auto bytes = Store::parse(*cell, rest, problem);
+    if (bytes) return Assignment{*cell, std::move(*bytes)};
+    problem = name + ": " + problem;
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::string Server::answer(std::string_view line) {
-    using Request = std::function<std::string(const std::string& rest)>;
-    const std::map<std::string, Request> requests = {
-        {"tick", [this](const std::string& rest) { return answerTick(rest); }},
-        {"drain",
-         [this](const std::string&) {
-             broker_.drain();
-             announceChanges();
-             broker_.flush();
-             return ok();
-         }},
-        {"lockstep",
-         [this](const std::string& rest) {
-             if (rest != "on" && rest != "off") return error("Say lockstep on or lockstep off.");
-             setPace(rest == "on" ? Pace::Lockstep : Pace::Free);
-             return ok();
-         }},
-        {"scene", [this](const std::string& rest) { return answerScene(rest); }},
-        {"set", [this](const std::string& rest) { return answerSet(rest, true); }},
-        {"poke", [this](const std::string& rest) { return answerSet(rest, false); }},
-        {"get", [this](const std::string& rest) { return answerGet(rest); }},
-        {"send", [this](const std::string& rest) { return answerSend(rest); }},
-        {"do", [this](const std::string& rest) { return answerConfigure(rest); }},
-        {"settings",
-         [this](const std::string&) {
-             return ok(simulation_.describe().dump(-1, ' ', false, json::error_handler_t::replace));
-         }},
-        {"hostile",
-         [this](const std::string& rest) {
-             std::string problem;
-             return hostile_.set(rest, problem) ? ok() : error(problem);
-         }},
-        {"journal", [this](const std::string&) { return journal(); }},
-        {"subscriptions", [this](const std::string&) { return subscriptions(); }},
-        {"status", [this](const std::string&) { return status(); }},
+    using Request = std::string (Server::*)(const std::string& rest);
+    static const std::map<std::string, Request> requests = {
+        {"tick", &Server::answerTick},
+        {"drain", &Server::answerDrain},
+        {"lockstep", &Server::answerLockstep},
+        {"scene", &Server::answerScene},
+        {"set", &Server::answerSet},
+        {"poke", &Server::answerPoke},
+        {"get", &Server::answerGet},
+        {"send", &Server::answerSend},
+        {"do", &Server::answerConfigure},
+        {"settings", &Server::answerSettings},
+        {"hostile", &Server::answerHostile},
+        {"journal", &Server::answerJournal},
+        {"subscriptions", &Server::answerSubscriptions},
+        {"status", &Server::answerStatus},
     };
     std::string rest(line);
     const std::string verb = takeWord(rest);
     if (const auto found = requests.find(verb); found != requests.end()) {
         try {
-            return found->second(rest);
+            return (this->*found->second)(rest);
         } catch (const std::exception& problem) {
             return error(problem.what());  // a request never ends the server
         }
@@ -112,6 +116,19 @@ std::string Server::answerTick(const std::string& rest) {
     return ok();
 }
 
+std::string Server::answerDrain(const std::string&) {
+    broker_.drain();
+    announceChanges();
+    broker_.flush();
+    return ok();
+}
+
+std::string Server::answerLockstep(const std::string& rest) {
+    if (rest != "on" && rest != "off") return error("Say lockstep on or lockstep off.");
+    setPace(rest == "on" ? Pace::Lockstep : Pace::Free);
+    return ok();
+}
+
 std::string Server::answerScene(const std::string& rest) {
     std::vector<std::string> problems;
     if (!simulation_.loadScene(rest, problems)) {
@@ -124,24 +141,19 @@ std::string Server::answerScene(const std::string& rest) {
     return ok();
 }
 
-std::string Server::answerSet(const std::string& rest, bool notice) {
-    std::string value = rest;
-    const std::string name = takeWord(value);
+std::string Server::answerSet(const std::string& rest) {
     std::string problem;
-    const auto cell = Store::find(name, problem);
-    if (!cell) return error(problem);
-    const auto bytes = Store::parse(*cell, value, problem);
-    if (!bytes) return error(name + ": " + problem);
-    Store& store = simulation_.store();
-    if (!notice) {
-        std::copy(bytes->begin(), bytes->end(), store.bytes(*cell).begin());
-        return ok();
-    }
-    store.setBytes(*cell, *bytes);
-    store.note(cell->id);
-    simulation_.changed(cell->id);
-    announceChanges();
-    broker_.flush();
+    const auto given = parseAssignment(rest, problem);
+    if (!given) return error(problem);
+    simulation_.store().setBytes(given->cell, given->bytes);
+    return answerNotice(given->cell.id);
+}
+
+std::string Server::answerPoke(const std::string& rest) {
+    std::string problem;
+    const auto given = parseAssignment(rest, problem);
+    if (!given) return error(problem);
+    std::ranges::copy(given->bytes, simulation_.store().bytes(given->cell).begin());
     return ok();
 }
 
@@ -155,6 +167,10 @@ std::string Server::answerSend(const std::string& rest) {
     std::uint16_t id = 0;
     if (!toNumber(rest, id) || id >= Catalogue::messages.size())
         return error("Say send ID, with an id below " + std::to_string(Catalogue::messages.size()) + ".");
+    return answerNotice(id);
+}
+
+std::string Server::answerNotice(std::uint16_t id) {
     simulation_.store().note(id);
     simulation_.changed(id);
     announceChanges();
@@ -175,7 +191,16 @@ std::string Server::answerConfigure(const std::string& rest) {
     return ok();
 }
 
-std::string Server::status() {
+std::string Server::answerSettings(const std::string&) {
+    return ok(lineOf(simulation_.describe()));
+}
+
+std::string Server::answerHostile(const std::string& rest) {
+    std::string problem;
+    return hostile_.set(rest, problem) ? ok() : error(problem);
+}
+
+std::string Server::answerStatus(const std::string&) {
     json clients = json::array();
     for (const auto& client : broker_.clients())
         clients.push_back({{"pid", client->pid()},
@@ -189,7 +214,7 @@ std::string Server::status() {
     return ok(answer.dump());
 }
 
-std::string Server::journal() {
+std::string Server::answerJournal(const std::string&) {
     broker_.drain();
     json ids = json::array();
     for (const Notify& notice : broker_.takeJournal()) ids.push_back(notice.id);
@@ -198,7 +223,7 @@ std::string Server::journal() {
     return ok(ids.dump());
 }
 
-std::string Server::subscriptions() {
+std::string Server::answerSubscriptions(const std::string&) {
     broker_.drain();
     // The product asks for messages one by one; a tool that watches takes all.
     for (auto client = broker_.clients().rbegin(); client != broker_.clients().rend(); ++client)

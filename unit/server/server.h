@@ -48,15 +48,23 @@ class Server final : public Broker::Listener {
     void closeForRestart(unsigned ticks);
     int millisecondsToTick() const;
     void tickByClock();
+
+    // The requests; `rest` is what follows the verb.
     std::string answerTick(const std::string& rest);
+    std::string answerDrain(const std::string& rest);
+    std::string answerLockstep(const std::string& rest);
     std::string answerScene(const std::string& rest);
-    std::string answerSet(const std::string& rest, bool notice);
+    std::string answerSet(const std::string& rest);
+    std::string answerPoke(const std::string& rest);
     std::string answerGet(const std::string& rest);
     std::string answerSend(const std::string& rest);
     std::string answerConfigure(const std::string& rest);
-    std::string status();
-    std::string journal();
-    std::string subscriptions();
+    std::string answerSettings(const std::string& rest);
+    std::string answerHostile(const std::string& rest);
+    std::string answerJournal(const std::string& rest);
+    std::string answerSubscriptions(const std::string& rest);
+    std::string answerStatus(const std::string& rest);
+    std::string answerNotice(std::uint16_t id);
 
     EventPoll poll_;
     Areas areas_;
