@@ -11,7 +11,7 @@ namespace Unit {
 
 namespace {
 
-/// The words behind the mode.
+/// The words behind the mode. What is no such word is thrown as std::invalid_argument.
 class Arguments {
   public:
     explicit Arguments(const std::string& text) : stream_(text) {}
@@ -31,12 +31,11 @@ class Arguments {
             throw std::invalid_argument("\"" + text + "\" is no number.");
         return value;
     }
-    bool area(std::size_t& index, std::string& problem) {
+    std::size_t area() {
         const std::string wanted = word();
-        for (index = 0; index < Catalogue::areas.size(); ++index)
-            if (wanted == Catalogue::areas[index].name) return true;
-        problem = "There is no area \"" + wanted + "\".";
-        return false;
+        for (std::size_t index = 0; index < Catalogue::areas.size(); ++index)
+            if (wanted == Catalogue::areas[index].name) return index;
+        throw std::invalid_argument("There is no area \"" + wanted + "\".");
     }
 
   private:
@@ -47,26 +46,21 @@ class Arguments {
 
 bool Hostile::set(const std::string& text, std::string& problem) {
     try {
-        return begin(text, problem);
+        begin(text);
+        return true;
     } catch (const std::invalid_argument& refused) {
         problem = refused.what();
         return false;
     }
 }
 
-bool Hostile::begin(const std::string& text, std::string& problem) {
+void Hostile::begin(const std::string& text) {
     Arguments arguments(text);
     const std::string mode = arguments.word();
-    std::size_t area = 0;
     if (mode == "off") {
         off();
     } else if (mode == "split") {
-        const unsigned tail = arguments.number(5);
-        if (tail == 0 || tail >= sizeof(Notify)) {
-            problem = "A record is split after 1 to 11 bytes.";
-            return false;
-        }
-        broker_.setTail(tail);
+        split(arguments.number(5));
     } else if (mode == "storm") {
         storm_ = arguments.number(300);
     } else if (mode == "unknown") {
@@ -76,21 +70,24 @@ bool Hostile::begin(const std::string& text, std::string& problem) {
     } else if (mode == "silent") {
         broker_.setSilent(true);
     } else if (mode == "torn") {
-        return tear(arguments.word(), problem);
+        tear(arguments.word());
     } else if (mode == "truncate") {
-        if (!arguments.area(area, problem)) return false;
+        const std::size_t area = arguments.area();
         areas_.truncate(area, arguments.number(Catalogue::areas[area].size / 2));
     } else if (mode == "header") {
-        if (!arguments.area(area, problem)) return false;
+        const std::size_t area = arguments.area();
         areas_.forgeHeader(area, arguments.number(Catalogue::areas[area].size + 1));
     } else if (mode == "restart") {
         restart_ = true;
         restartTicks_ = arguments.number(60);
     } else {
-        problem = std::string("The hostile modes are ") + help + ".";
-        return false;
+        throw std::invalid_argument(std::string("The hostile modes are ") + help + ".");
     }
-    return true;
+}
+
+void Hostile::split(unsigned tail) {
+    if (tail == 0 || tail >= sizeof(Notify)) throw std::invalid_argument("A record is split after 1 to 11 bytes.");
+    broker_.setTail(tail);
 }
 
 void Hostile::off() {
@@ -102,27 +99,26 @@ void Hostile::off() {
     areas_.restoreHeaders();
 }
 
-bool Hostile::tear(const std::string& name, std::string& problem) {
-    // No byte ends the text, and its last one begins a character that never comes.
-    const auto fill = [this](const Cell& cell) {
-        const auto field = store_.bytes(cell);
-        std::fill(field.begin(), field.end(), std::byte{'x'});
-        field.back() = std::byte{0xe2};
-        store_.note(cell.id);
-    };
-    if (name.empty()) {
-        for (const auto& value : Catalogue::values)
-            if (const auto cell = Store::find(value.name); cell && cell->kind == Catalogue::Kind::Text) fill(*cell);
-        return true;
-    }
+void Hostile::tear(const std::string& name) {
+    if (name.empty()) return tearAll();
+    std::string problem;
     const auto cell = Store::find(name, problem);
-    if (!cell) return false;
-    if (cell->kind != Catalogue::Kind::Text) {
-        problem = name + " is no text.";
-        return false;
-    }
-    fill(*cell);
-    return true;
+    if (!cell) throw std::invalid_argument(problem);
+    if (cell->kind != Catalogue::Kind::Text) throw std::invalid_argument(name + " is no text.");
+    tear(*cell);
+}
+
+void Hostile::tearAll() {
+    for (const auto& value : Catalogue::values)
+        if (const auto cell = Store::find(value.name); cell && cell->kind == Catalogue::Kind::Text) tear(*cell);
+}
+
+/// No byte ends the text, and its last one begins a character that never comes.
+void Hostile::tear(const Cell& text) {
+    const auto field = store_.bytes(text);
+    std::fill(field.begin(), field.end(), std::byte{'x'});
+    field.back() = std::byte{0xe2};
+    store_.note(text.id);
 }
 
 void Hostile::tick() {

@@ -27,9 +27,12 @@ class Hostile {
         "header AREA WORD | restart [TICKS]";
 
   private:
-    bool begin(const std::string& text, std::string& problem);
+    void begin(const std::string& text);
     void off();
-    bool tear(const std::string& name, std::string& problem);
+    void split(unsigned tail);
+    void tear(const std::string& name);
+    void tear(const Cell& text);
+    void tearAll();
     void sendStorm();
     void sendUnknown();
 
