@@ -44,97 +44,16 @@ std::string tenths(double value) {
 
 }  // namespace
 
-Camera::Camera(Store& values)
-    : Module("camera", values),
-      available_(values, "VarCamDataAvailable"),
-      unit_(values, "VarCamUnit"),
-      state_(values, "VarCamState"),
-      type_(values, "VarCamType"),
-      footageUnit_(values, "VarCamFootageUnit"),
-      footage_(values, "VarCamFootage"),
-      wbAct_(values, "VarCamWhiteBalanceAct"),
-      exposureTimeAct_(values, "VarCamExposureTimeAct"),
-      speedSet_(values, "VarCamSpeedSet"),
-      shutterSet_(values, "VarCamShutterSet"),
-      indexSet_(values, "VarCamExposureIndexSet"),
-      wbSet_(values, "VarCamWhiteBalanceSet"),
-      filterSet_(values, "VarCamNdFilterSet"),
-      timeSet_(values, "VarCamExposureTimeSet"),
-      setupSet_(values, "VarCamUserSetupSet"),
-      speeds_(values, "VarCamSpeedListSize"),
-      shutters_(values, "VarCamShutterListSize"),
-      indices_(values, "VarCamExposureIndexListSize"),
-      balances_(values, "VarCamWhiteBalanceListSize"),
-      filters_(values, "VarCamNdFilterListSize"),
-      times_(values, "VarCamExposureTimeListSize"),
-      setups_(values, "VarCamUserSetupListSize"),
-      setupTexts_(values, "VarCamUserSetupDescListSize"),
-      infos_(values, "VarCamLiveCamInfoListSize"),
-      monitors_(values, "VarCamMonOutListSize"),
-      front_(values, "VarCamFrontFilterType"),
-      rear_(values, "VarCamRearFilterType"),
-      buttons_(values, "VarCamUserButtonsNumber"),
-      sdiStatusSet_(values, "VarCamSDIStatusInfoSet"),
-      sdiStatus_(values, "VarCamSDIStatusInfoAct"),
-      distanceFeet_(values, "VarCamFocusDistanceFeet"),
-      speedAct_(values, "VarCamSpeedAct"),
-      shutterAct_(values, "VarCamShutterAct"),
-      filterAct_(values, "VarCamNdFilterAct"),
-      wbTint_(values, "VarCamWhiteBalanceTintAct"),
-      speedCustom_(values, "VarCamSpeedCustomSet"),
-      shutterCustom_(values, "VarCamShutterCustomSet"),
-      wbTintCustom_(values, "VarCamWhiteBalanceCustomTintSet"),
-      wbCustom_(values, "VarCamWhiteBalanceCustomSet"),
-      timeCustom_(values, "VarCamExposureTimeCustomSet"),
-      distanceMeter_(values, "VarCamFocusDistanceMeter"),
-      distanceInch_(values, "VarCamFocusDistanceInch"),
-      distanceRaw_(values, "VarCamFocusDistanceRaw"),
-      stopRaw_(values, "VarCamTStopRaw"),
-      lengthRaw_(values, "VarCamFocalLengthRaw"),
-      focalLength_(values, "VarCamFocalLength"),
-      stopPart_(values, "VarCamTStopPart"),
-      stopText_(values, "VarCamTStopString"),
-      stopFull_(values, "VarCamTStopFull"),
-      firmware_(values, "VarCamFWVersion"),
-      indexAct_(values, "VarCamExposureIndexAct"),
-      filterText_(values, "VarCamNdFilterActString"),
-      name_(values, "VarCamIndex"),
-      codec_(values, "VarCamMediaCodec"),
-      sensor_(values, "VarCamSensorMode"),
-      resolution_(values, "VarCamRecResolution"),
-      frontName_(values, "VarCamFrontFilterName"),
-      rearName_(values, "VarCamRearFilterName"),
-      warning_(values, "VarCamRemainingTimeWarning"),
-      timeValid_(values, "VarCamExposureTimeValid"),
-      recordButton_(values, "VarButtonRecord"),
-      recordKey_(values, "VarRecButtonPressed"),
-      highSpeed_(values, "VarCamHighSpeedModeAct"),
-      highSpeedSet_(values, "VarCamHighSpeedModeSet"),
-      highSpeedSupport_(values, "VarCamHighSpeedModeSupport"),
-      fileTransfer_(values, "VarCamLensFileTransferSupport"),
-      calAll_(values, "VarCamCalAllMotorsEnabled"),
-      speedList_(values, "VarCamSpeedList", "CamSpeed"),
-      shutterList_(values, "VarCamShutterList", "CamShutter"),
-      indexList_(values, "VarCamExposureIndexList", "CamExposureIndex"),
-      wbList_(values, "VarCamWhiteBalanceList", "CamWhiteBalance"),
-      wbTintList_(values, "VarCamWhiteBalanceList", "CamWhiteBalanceTint"),
-      wbLabelList_(values, "VarCamWhiteBalanceList", "CamWhiteBalanceLabel"),
-      filterList_(values, "VarCamNdFilterList", "CamNdFilter"),
-      timeList_(values, "VarCamExposureTimeList", "CamExposureTime"),
-      setupList_(values, "VarCamUserSetupList", "CamUserSetup"),
-      setupLabels_(values, "VarCamUserSetupList", "CamUserSetupLabel"),
-      setupTextList_(values, "VarCamUserSetupDescList", "Text"),
-      infoList_(values, "VarCamLiveCamInfoList", "Text"),
-      monitorList_(values, "VarCamMonOutList", "Text"),
-      monitorFunctions_(values, "VarCamMonOutFunctionList", "Text"),
-      supplyWarning_(values, "VarCamSupply", "CamSupplyWarning"),
-      supply_(values, "VarCamSupply", "CamSupplyValue"),
-      buttonLabels_(values, "VarCamUserButtons", "UbLabel"),
-      buttonStates_(values, "VarCamUserButtons", "UbStatus"),
-      lensFocus_(values, "VarLensActFocus"),
-      lensIris_(values, "VarLensActIris"),
-      lensLength_(values, "VarFocalLength"),
-      lensType_(values, "VarCamLensType") {
+Camera::Camera(Store& values) : Module("camera", values) {
+    addSettings();
+    listenToRows();
+    listenToOwnValues();
+    listenToSwitches();
+    listenToToggles();
+    listenToUserButtons();
+}
+
+void Camera::addSettings() {
     settingChoice(
         "camera", {"none", "orvo", "partner"}, [this](std::size_t choice) { put(static_cast<Type>(choice)); },
         [this] {
@@ -147,11 +66,9 @@ Camera::Camera(Store& values)
     settingNumber(
         "state", 0, 8, [this](double state) { state_.set(static_cast<std::int32_t>(state)); },
         [this] { return state_.get(); });
-    listenToSettings();
-    listenToToggles();
 }
 
-void Camera::listenToSettings() {
+void Camera::listenToRows() {
     const auto listen = [this](const Number& request, const Number& count, void (Camera::*show)(std::size_t)) {
         hear(request, [this, &request, &count, show] {
             if (request.get() >= 0 && request.get() < count.get())
@@ -163,11 +80,11 @@ void Camera::listenToSettings() {
     listen(indexSet_, indices_, &Camera::showExposureIndex);
     listen(filterSet_, filters_, &Camera::showFilter);
     listen(wbSet_, balances_, &Camera::showWhiteBalance);
-    hear(timeSet_, [this] {
-        const std::int32_t row = timeSet_.get();
-        if (row >= 0 && row < times_.get()) exposureTimeAct_.set(timeList_.integer(static_cast<std::size_t>(row)));
-    });
-    // A value of one's own is in no row.
+    listen(timeSet_, times_, &Camera::showExposureTime);
+}
+
+/// A value of one's own is in no row.
+void Camera::listenToOwnValues() {
     hear(speedCustom_, [this] {
         speedSet_.set(-1);
         speedAct_.set(speedCustom_.get());
@@ -186,6 +103,9 @@ void Camera::listenToSettings() {
             wbAct_.set(wbCustom_.get());
             wbTint_.set(wbTintCustom_.get());
         });
+}
+
+void Camera::listenToSwitches() {
     hear(sdiStatusSet_, [this] { sdiStatus_.set(sdiStatusSet_.get()); });
     hear(highSpeedSet_, [this] { highSpeed_.set(highSpeedSet_); });
     for (const Flag* key : {&recordButton_, &recordKey_}) hear(*key, [this] { recordPressed(); });
@@ -200,6 +120,9 @@ void Camera::listenToToggles() {
         hear(toggle.request, [toggle] {
             if (toggle.request.take()) toggle.state.set(!toggle.state);
         });
+}
+
+void Camera::listenToUserButtons() {
     for (std::size_t row = 0; row < buttonLabels.size(); ++row) {
         const Flag request(store, "VarCamUserButton" + std::to_string(row + 1) + "Set");
         hear(request, [this, request, row] {
@@ -293,8 +216,7 @@ void Camera::listSettings() {
     showExposureIndex(3);
     showFilter(0);
     showWhiteBalance(2);
-    timeSet_.set(2);
-    exposureTimeAct_.set(exposureTimes[2]);
+    showExposureTime(2);
 }
 
 void Camera::listMedia() {
@@ -338,6 +260,11 @@ void Camera::showWhiteBalance(std::size_t row) {
     wbSet_.set(static_cast<std::int32_t>(row));
     wbAct_.set(wbList_.integer(row));
     wbTint_.set(wbTintList_.real(row));
+}
+
+void Camera::showExposureTime(std::size_t row) {
+    timeSet_.set(static_cast<std::int32_t>(row));
+    exposureTimeAct_.set(timeList_.integer(row));
 }
 
 void Camera::recordPressed() {

@@ -27,36 +27,7 @@ std::string sizeText(const fs::path& file) {
 }  // namespace
 
 Files::Files(Store& values, std::shared_ptr<FileTree> tree, std::array<Loader, 4> loaders)
-    : Module("files", values),
-      tree_(std::move(tree)),
-      loaders_(std::move(loaders)),
-      usb_(values, "VarUsbState"),
-      size_(values, "VarFileBrowserEntryListSize"),
-      highlight_(values, "VarFileBrowserHighlightIndex"),
-      filter_(values, "VarFileBrowserFilter"),
-      function_(values, "VarFileBrowserFunction"),
-      type_(values, "VarFileBrowserType"),
-      operation_(values, "VarFileBrowserOperation"),
-      selectionCount_(values, "VarFileBrowserSelectionCount"),
-      result_(values, "VarLastCommandResult"),
-      start_(values, "VarFileBrowserOperationStart"),
-      selectionVisible_(values, "VarFileBrowserSelectionVisible"),
-      canExpand_(values, "VarFileBrowserExpandActive"),
-      canCollapse_(values, "VarFileBrowserCollapseActive"),
-      isFile_(values, "VarFileBrowserIsFile"),
-      isInternal_(values, "VarFileBrowserIsInternal"),
-      isRoot_(values, "VarFileBrowserIsRoot"),
-      readOnly_(values, "VarFileBrowserIsReadOnly"),
-      selectActive_(values, "VarFileBrowserSelectActive"),
-      notFound_(values, "VarFileNotFound"),
-      exists_(values, "VarFileAlreadyExists"),
-      directory_(values, "VarFileBrowserDirectory"),
-      argument_(values, "VarFileBrowserOperationArgument"),
-      selectionPath_(values, "VarFileBrowserSelectionPath"),
-      selectionName_(values, "VarFileBrowserSelectionName"),
-      resultText_(values, "VarLastCommandResultText"),
-      names_(values, "VarFileBrowserEntryList", "Name"),
-      infos_(values, "VarFileBrowserEntryList", "Info") {
+    : Module("files", values), tree_(std::move(tree)), loaders_(std::move(loaders)) {
     settingFlag(
         "usb", [this](bool there) { setUsb(there); }, [this] { return !usb_.is(UsbState::Gone); });
     hear(highlight_, [this] { describeHighlighted(); });
@@ -120,6 +91,11 @@ const FileTree::Row* Files::highlighted() const {
     return highlight_.get() >= 0 && row < rows_.size() ? &rows_[row] : nullptr;
 }
 
+const FileTree::Row* Files::highlightedFile() const {
+    const FileTree::Row* row = highlighted();
+    return row != nullptr && !row->folder ? row : nullptr;
+}
+
 fs::path Files::highlightedFolder() const {
     const FileTree::Row* row = highlighted();
     if (row == nullptr) return {};
@@ -145,45 +121,42 @@ void Files::describeHighlighted() {
 }
 
 void Files::operate() {
-    const FileTree::Row* row = highlighted();
     switch (static_cast<FileBrowserOperation>(operation_.get())) {
         case FileBrowserOperation::Copy: copyHere(); break;
         case FileBrowserOperation::MakeDirectory: makeFolder(); break;
-        case FileBrowserOperation::PrepareForRename:
-            if (row != nullptr) argument_.set(row->path.stem().string());
-            break;
-        case FileBrowserOperation::SelectToggleCurrent:
-            if (row != nullptr && !row->folder) toggleSelected(*row);
-            break;
-        case FileBrowserOperation::SelectToggleDirectory:
-            for (const FileTree::Row& file : rows_)
-                if (!file.folder && file.path.parent_path() == highlightedFolder()) toggleSelected(file);
-            break;
+        case FileBrowserOperation::PrepareForRename: proposeName(); break;
+        case FileBrowserOperation::SelectToggleCurrent: toggleFile(); break;
+        case FileBrowserOperation::SelectToggleDirectory: toggleFolder(); break;
         case FileBrowserOperation::UnselectAll: selected_.clear(); break;
-        case FileBrowserOperation::ExpandToggleCurrent:
-            if (canCollapse_) {
-                tree_->collapse(row->path);
-            } else if (canExpand_) {
-                tree_->expand(row->path);
-            }
-            break;
-        case FileBrowserOperation::CollapseCurrent:
-            if (canCollapse_) tree_->collapse(row->path);
-            break;
-        case FileBrowserOperation::ExpandCurrent:
-            if (canExpand_) tree_->expand(row->path);
-            break;
+        case FileBrowserOperation::ExpandToggleCurrent: canCollapse_ ? collapse() : expand(); break;
+        case FileBrowserOperation::CollapseCurrent: collapse(); break;
+        case FileBrowserOperation::ExpandCurrent: expand(); break;
         case FileBrowserOperation::FavouriteCurrent: makeFavourite(); break;
         case FileBrowserOperation::Rename: rename(); break;
         case FileBrowserOperation::Delete: remove(); break;
-        case FileBrowserOperation::NoOperation:
-            if (row != nullptr && !row->folder) use(*row);
-            break;
+        case FileBrowserOperation::NoOperation: use(); break;
         case FileBrowserOperation::Refresh: break;
     }
     operation_.set(FileBrowserOperation::NoOperation);
     list();
     start_.set(false);
+}
+
+void Files::expand() {
+    if (const FileTree::Row* row = highlighted(); row != nullptr && canExpand_) tree_->expand(row->path);
+}
+
+void Files::collapse() {
+    if (const FileTree::Row* row = highlighted(); row != nullptr && canCollapse_) tree_->collapse(row->path);
+}
+
+void Files::toggleFile() {
+    if (const FileTree::Row* file = highlightedFile()) toggleSelected(*file);
+}
+
+void Files::toggleFolder() {
+    for (const FileTree::Row& file : rows_)
+        if (!file.folder && file.path.parent_path() == highlightedFolder()) toggleSelected(file);
 }
 
 void Files::toggleSelected(const FileTree::Row& row) {
@@ -212,6 +185,10 @@ void Files::makeFolder() {
     std::error_code failed;
     exists_.set(!fs::create_directory(highlightedFolder() / name, failed) && !failed);
     report(failed, "made");
+}
+
+void Files::proposeName() {
+    if (const FileTree::Row* row = highlighted()) argument_.set(row->path.stem().string());
 }
 
 void Files::rename() {
@@ -246,10 +223,12 @@ void Files::makeFavourite() {
     Flag(store, "Var" + kind + "FavouriteActive").set(true);
 }
 
-void Files::use(const FileTree::Row& row) {
+void Files::use() {
+    const FileTree::Row* file = highlightedFile();
+    if (file == nullptr) return;
     const auto type = static_cast<std::size_t>(type_.within(0, 3));
-    if (type_.is(Model::FileBrowserType::UserSetupFiles)) SavedSettings(store, row.path).restore();
-    if (loaders_[type]) loaders_[type](tree_->nameOf(row.path));
+    if (type_.is(Model::FileBrowserType::UserSetupFiles)) SavedSettings(store, file->path).restore();
+    if (loaders_[type]) loaders_[type](tree_->nameOf(file->path));
 }
 
 void Files::report(const std::error_code& failed, const char* what) {

@@ -28,15 +28,21 @@ class Files final : public Module {
     void list();
     void describeHighlighted();
     const FileTree::Row* highlighted() const;
+    const FileTree::Row* highlightedFile() const;
     std::filesystem::path highlightedFolder() const;
     void operate();
+    void expand();
+    void collapse();
     void copyHere();
     void makeFolder();
+    void proposeName();
     void rename();
     void remove();
     void makeFavourite();
+    void toggleFile();
+    void toggleFolder();
     void toggleSelected(const FileTree::Row& row);
-    void use(const FileTree::Row& row);
+    void use();
     void report(const std::error_code& failed, const char* what);
 
     std::shared_ptr<FileTree> tree_;
@@ -45,11 +51,20 @@ class Files final : public Module {
     std::set<std::filesystem::path> selected_;
     double mounting_ = 0;
 
-    Number usb_, size_, highlight_, filter_, function_, type_, operation_, selectionCount_, result_;
-    Flag start_, selectionVisible_, canExpand_, canCollapse_, isFile_, isInternal_, isRoot_, readOnly_, selectActive_,
-        notFound_, exists_;
-    Text directory_, argument_, selectionPath_, selectionName_, resultText_;
-    Column names_, infos_;
+    Number usb_{store, "VarUsbState"}, size_{store, "VarFileBrowserEntryListSize"},
+        highlight_{store, "VarFileBrowserHighlightIndex"}, filter_{store, "VarFileBrowserFilter"},
+        function_{store, "VarFileBrowserFunction"}, type_{store, "VarFileBrowserType"},
+        operation_{store, "VarFileBrowserOperation"}, selectionCount_{store, "VarFileBrowserSelectionCount"},
+        result_{store, "VarLastCommandResult"};
+    Flag start_{store, "VarFileBrowserOperationStart"}, selectionVisible_{store, "VarFileBrowserSelectionVisible"},
+        canExpand_{store, "VarFileBrowserExpandActive"}, canCollapse_{store, "VarFileBrowserCollapseActive"},
+        isFile_{store, "VarFileBrowserIsFile"}, isInternal_{store, "VarFileBrowserIsInternal"},
+        isRoot_{store, "VarFileBrowserIsRoot"}, readOnly_{store, "VarFileBrowserIsReadOnly"},
+        selectActive_{store, "VarFileBrowserSelectActive"}, exists_{store, "VarFileAlreadyExists"};
+    Text directory_{store, "VarFileBrowserDirectory"}, argument_{store, "VarFileBrowserOperationArgument"},
+        selectionPath_{store, "VarFileBrowserSelectionPath"}, selectionName_{store, "VarFileBrowserSelectionName"},
+        resultText_{store, "VarLastCommandResultText"};
+    Column names_{store, "VarFileBrowserEntryList", "Name"}, infos_{store, "VarFileBrowserEntryList", "Info"};
 };
 
 }  // namespace Unit

@@ -64,43 +64,7 @@ void Lens::Table::show(const Scale& scale) {
     }
 }
 
-Lens::Lens(Store& values, std::shared_ptr<FileTree> tree)
-    : Module("lens", values),
-      tree_(std::move(tree)),
-      metres_(values, "VarLensTableFocusMeter"),
-      feet_(values, "VarLensTableFocusImperial"),
-      stops_(values, "VarLensTableIris"),
-      lengths_(values, "VarLensTableZoom"),
-      described_(values, "VarLensTableDescription.TableActive"),
-      textActive_(values, "VarLensTableDescription.TextActive"),
-      meterFitted_(values, "VarLensTableDescription.MeterScaleFitted"),
-      text_(values, "VarLensTableDescription.LensText"),
-      brand_(values, "VarLensTableDescription.LensBrandName"),
-      serial_(values, "VarLensTableDescription.SerialNumber"),
-      zoomMinimum_(values, "VarLensZoomMinValue"),
-      zoomMaximum_(values, "VarLensZoomMaxValue"),
-      actFocus_(values, "VarLensActFocus"),
-      near_(values, "VarDofNearValue"),
-      far_(values, "VarDofFarValue"),
-      confusion_(values, "VarCircleofConfusion"),
-      actIris_(values, "VarLensActIris"),
-      focalLength_(values, "VarFocalLength"),
-      camLensType_(values, "VarCamLensType"),
-      focusAt_(values, "VarFocusTargetValue"),
-      irisAt_(values, "VarIrisTargetValue"),
-      zoomAt_(values, "VarZoomTargetValue"),
-      focusInverted_(values, "VarFocusTableInverted"),
-      irisInverted_(values, "VarIrisTableInverted"),
-      zoomInverted_(values, "VarZoomTableInverted"),
-      focusInvertedShown_(values, "VarFocusTableInverted_GuiLocal"),
-      irisInvertedShown_(values, "VarIrisTableInverted_GuiLocal"),
-      zoomInvertedShown_(values, "VarZoomTableInverted_GuiLocal"),
-      clear_(values, "VarLensClearLda"),
-      invalidFile_(values, "VarLensFileInvalidFile"),
-      notFound_(values, "VarFileNotFound"),
-      wantedFile_(values, "VarLoadLensFileName"),
-      activeFile_(values, "VarActivateLensFileName"),
-      recent_(values, "VarMruLensFileList", "VarMruLensFileListSize") {
+Lens::Lens(Store& values, std::shared_ptr<FileTree> tree) : Module("lens", values), tree_(std::move(tree)) {
     const auto current = [this] {
         return model_ == nullptr ? 0 : static_cast<std::size_t>(model_ - lensModels().data()) + 1;
     };

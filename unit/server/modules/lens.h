@@ -51,16 +51,28 @@ class Lens final : public Module {
     void showDepthOfField(double metres, double millimetres, double stop);
 
     std::shared_ptr<FileTree> tree_;
-    Table metres_, feet_, stops_, lengths_;
-    Flag described_, textActive_, meterFitted_;
-    Text text_, brand_, serial_;
-    Real zoomMinimum_, zoomMaximum_, actFocus_, near_, far_, confusion_;
-    Number actIris_, focalLength_, camLensType_;
-    Real focusAt_, irisAt_, zoomAt_;
-    Flag focusInverted_, irisInverted_, zoomInverted_, focusInvertedShown_, irisInvertedShown_, zoomInvertedShown_;
-    Flag clear_, invalidFile_, notFound_;
-    Text wantedFile_, activeFile_;
-    RecentFiles recent_;
+    Table metres_{store, "VarLensTableFocusMeter"}, feet_{store, "VarLensTableFocusImperial"},
+        stops_{store, "VarLensTableIris"}, lengths_{store, "VarLensTableZoom"};
+    Flag described_{store, "VarLensTableDescription.TableActive"},
+        textActive_{store, "VarLensTableDescription.TextActive"},
+        meterFitted_{store, "VarLensTableDescription.MeterScaleFitted"};
+    Text text_{store, "VarLensTableDescription.LensText"}, brand_{store, "VarLensTableDescription.LensBrandName"},
+        serial_{store, "VarLensTableDescription.SerialNumber"};
+    Real zoomMinimum_{store, "VarLensZoomMinValue"}, zoomMaximum_{store, "VarLensZoomMaxValue"},
+        actFocus_{store, "VarLensActFocus"}, near_{store, "VarDofNearValue"}, far_{store, "VarDofFarValue"},
+        confusion_{store, "VarCircleofConfusion"};
+    Number actIris_{store, "VarLensActIris"}, focalLength_{store, "VarFocalLength"},
+        camLensType_{store, "VarCamLensType"};
+    Real focusAt_{store, "VarFocusTargetValue"}, irisAt_{store, "VarIrisTargetValue"},
+        zoomAt_{store, "VarZoomTargetValue"};
+    Flag focusInverted_{store, "VarFocusTableInverted"}, irisInverted_{store, "VarIrisTableInverted"},
+        zoomInverted_{store, "VarZoomTableInverted"}, focusInvertedShown_{store, "VarFocusTableInverted_GuiLocal"},
+        irisInvertedShown_{store, "VarIrisTableInverted_GuiLocal"},
+        zoomInvertedShown_{store, "VarZoomTableInverted_GuiLocal"};
+    Flag clear_{store, "VarLensClearLda"}, invalidFile_{store, "VarLensFileInvalidFile"},
+        notFound_{store, "VarFileNotFound"};
+    Text wantedFile_{store, "VarLoadLensFileName"}, activeFile_{store, "VarActivateLensFileName"};
+    RecentFiles recent_{store, "VarMruLensFileList", "VarMruLensFileListSize"};
     const LensModel* model_ = nullptr;
     std::optional<ProgrammedLens> programmed_;
 };

@@ -245,15 +245,21 @@ void Motor::learnLimit(bool learning) {
     learning_ = learning;
 }
 
-void Motor::move(double goal, double seconds) {
+void Motor::follow(double seconds) {
+    const double goal = target_ ? static_cast<double>(target_->get()) : 0.5;
     const double reach = fastest * torque_.get() / 4 * seconds;
     at_ += std::clamp(goal - at_, -reach, reach);
 }
 
 void Motor::tick(double seconds, bool autoSkip) {
     elapsed_ += seconds;
-    const double goal = target_ ? static_cast<double>(target_->get()) : 0.5;
-    const double part = std::min(1.0, elapsed_ / seekingTime);
+    advance(seconds, autoSkip);
+    actPosition_.set(encoder(at_));
+    onBoundary_.set(stage_ == Stage::Ready && (at_ <= 0 || at_ >= 1));
+    if (position_) position_->set(static_cast<float>(at_));
+}
+
+void Motor::advance(double seconds, bool autoSkip) {
     switch (stage_) {
         case Stage::Starting:
             if (elapsed_ >= startingTime) enter(Stage::Waiting);
@@ -261,28 +267,32 @@ void Motor::tick(double seconds, bool autoSkip) {
         case Stage::Waiting:
             if (autoSkip && skippable_ && elapsed_ >= autoSkipTime) enter(Stage::Ready);
             break;
-        case Stage::SeekingLower:
-            at_ = std::max(0.0, at_ - seconds / seekingTime);
-            if (part >= 1) enter(Stage::SeekingUpper);
-            break;
-        case Stage::SeekingUpper:
-            at_ = part;
-            if (part >= 1) enter(Stage::Returning);
-            break;
-        case Stage::Returning:
-            move(goal, seconds);
-            if (elapsed_ < returningTime) break;
-            setBounds(0, 1);
-            skippable_ = true;
-            enter(Stage::Ready);
-            break;
+        case Stage::SeekingLower: seekLower(seconds); break;
+        case Stage::SeekingUpper: seekUpper(); break;
+        case Stage::Returning: comeBack(seconds); break;
         case Stage::Manual:
-        case Stage::Ready: move(goal, seconds); break;
+        case Stage::Ready: follow(seconds); break;
         default: break;
     }
-    actPosition_.set(encoder(at_));
-    onBoundary_.set(stage_ == Stage::Ready && (at_ <= 0 || at_ >= 1));
-    if (position_) position_->set(static_cast<float>(at_));
+}
+
+void Motor::seekLower(double seconds) {
+    at_ = std::max(0.0, at_ - seconds / seekingTime);
+    if (elapsed_ >= seekingTime) enter(Stage::SeekingUpper);
+}
+
+void Motor::seekUpper() {
+    at_ = std::min(1.0, elapsed_ / seekingTime);
+    if (elapsed_ >= seekingTime) enter(Stage::Returning);
+}
+
+/// To where the hand unit wants it, once both ends are known.
+void Motor::comeBack(double seconds) {
+    follow(seconds);
+    if (elapsed_ < returningTime) return;
+    setBounds(0, 1);
+    skippable_ = true;
+    enter(Stage::Ready);
 }
 
 }  // namespace Unit

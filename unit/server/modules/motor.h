@@ -57,7 +57,11 @@ class Motor {
   private:
     void enter(Stage stage);
     void show();
-    void move(double goal, double seconds);
+    void advance(double seconds, bool autoSkip);
+    void seekLower(double seconds);
+    void seekUpper();
+    void comeBack(double seconds);
+    void follow(double seconds);
     void setBounds(double lower, double upper);
 
     Number connectState_, boundLower_, boundUpper_, softLower_, softUpper_, actPosition_, gear_, side_, axis_;

@@ -27,57 +27,51 @@ float noiseOf(int channel, int sweep) {
 
 }  // namespace
 
-Radio::Radio(Store& values)
-    : Module("radio", values),
-      power_(values, "VarRadioPower"),
-      boost_(values, "VarRadioBoost"),
-      scanRequest_(values, "VarPerformRadioRssiScan"),
-      modemConnected_(values, "VarOnewireModemConnected"),
-      state_(values, "VarRadioState"),
-      channel_(values, "VarRadioChannel"),
-      region_(values, "VarRadioRegion"),
-      quality_(values, "VarRadioLinkQuality"),
-      rssi_(values, "VarRadioRSSI"),
-      modem_(values, "VarModemType"),
-      client_(values, "VarRadioClientNr"),
-      version_(values, "VarModemVersionString"),
-      address_(values, "VarRadioMacAddress"),
-      controllerAddress_(values, "VarRadioMotConMacAddress"),
-      regions_(values, "VarRadioRegionFlags"),
-      moduleChannel_(values, "VarRadioModuleList", "Channel"),
-      moduleRegion_(values, "VarRadioModuleList", "Region") {
+Radio::Radio(Store& values) : Module("radio", values) {
     for (int channel = 0; channel < channels; ++channel)
         results_.emplace_back(values, "VarRadioRssiScanResultsCh" + std::to_string(channel));
+    addSettings();
+    hear(channel_, [this] { moduleChannel_.setInteger(moduleRow(), channel_.get()); });
+    hear(region_, [this] { moduleRegion_.setInteger(moduleRow(), region_.get()); });
+}
+
+void Radio::addSettings() {
     settingChoice(
-        "modem", {"none", "p900", "tern"},
-        [this](std::size_t choice) {
-            modem_.set(static_cast<std::int32_t>(choice));
-            modemConnected_.set(choice > 0);
-            channel_.set(moduleChannel_.integer(moduleRow()));
-            region_.set(moduleRegion_.integer(moduleRow()));
-        },
-        [this] { return static_cast<std::size_t>(modem_.within(0, 2)); });
+        "modem", {"none", "p900", "tern"}, [this](std::size_t choice) { putModem(choice); },
+        [this] { return moduleRow(); });
     settingFlag(
         "controller", [this](bool there) { controller_ = there; }, [this] { return controller_; });
     settingNumber(
         "quality", 0, 4, [this](double quality) { linkQuality_ = static_cast<int>(quality); },
         [this] { return linkQuality_; });
     settingNumber(
-        "region", 0, unsetRegion,
-        [this](double region) {
-            region_.set(static_cast<std::int32_t>(region));
-            moduleRegion_.setInteger(moduleRow(), region_.get());
-        },
+        "region", 0, unsetRegion, [this](double region) { setRegion(static_cast<std::int32_t>(region)); },
         [this] { return region_.get(); });
     settingFlag(
-        "connected",
-        [this](bool connected) {
-            power_.set(connected);
-            enter(static_cast<std::int32_t>(connected ? RadioState::Connected : RadioState::Off));
-        },
+        "connected", [this](bool connected) { setConnected(connected); },
         [this] { return state_.is(RadioState::Connected); });
-    hear(channel_, [this] { moduleChannel_.setInteger(moduleRow(), channel_.get()); });
-    hear(region_, [this] { moduleRegion_.setInteger(moduleRow(), region_.get()); });
+}
+
+void Radio::putModem(std::size_t type) {
+    modem_.set(static_cast<std::int32_t>(type));
+    modemConnected_.set(type > 0);
+    tuneAsModule();
+}
+
+/// Each radio module keeps a channel and a region of its own.
+void Radio::tuneAsModule() {
+    channel_.set(moduleChannel_.integer(moduleRow()));
+    region_.set(moduleRegion_.integer(moduleRow()));
+}
+
+void Radio::setRegion(std::int32_t region) {
+    region_.set(region);
+    moduleRegion_.setInteger(moduleRow(), region);
+}
+
+void Radio::setConnected(bool connected) {
+    power_.set(connected);
+    enter(static_cast<std::int32_t>(connected ? RadioState::Connected : RadioState::Off));
 }
 
 std::size_t Radio::moduleRow() const {
@@ -99,8 +93,7 @@ void Radio::powerUp() {
     modem_.set(ModemType::Tern);
     modemConnected_.set(true);
     version_.set("Tern radio 2.1.0");
-    channel_.set(moduleChannel_.integer(moduleRow()));
-    region_.set(moduleRegion_.integer(moduleRow()));
+    tuneAsModule();
     regions_.setFirst(static_cast<std::size_t>(unsetRegion));
     client_.set(1);
     linkQuality_ = 4;

@@ -17,17 +17,26 @@ class Radio final : public Module {
     void tick(std::int64_t nanoseconds) override;
 
   private:
+    void addSettings();
+    void putModem(std::size_t type);
+    void tuneAsModule();
+    void setRegion(std::int32_t region);
+    void setConnected(bool connected);
     bool usable() const;
     void enter(std::int32_t state);
     void showLink();
     void scan(double seconds);
     std::size_t moduleRow() const;
 
-    Flag power_, boost_, scanRequest_, modemConnected_;
-    Number state_, channel_, region_, quality_, rssi_, modem_, client_;
-    Text version_, address_, controllerAddress_;
-    Mask regions_;
-    Column moduleChannel_, moduleRegion_;
+    Flag power_{store, "VarRadioPower"}, boost_{store, "VarRadioBoost"}, scanRequest_{store, "VarPerformRadioRssiScan"},
+        modemConnected_{store, "VarOnewireModemConnected"};
+    Number state_{store, "VarRadioState"}, channel_{store, "VarRadioChannel"}, region_{store, "VarRadioRegion"},
+        quality_{store, "VarRadioLinkQuality"}, rssi_{store, "VarRadioRSSI"}, modem_{store, "VarModemType"},
+        client_{store, "VarRadioClientNr"};
+    Text version_{store, "VarModemVersionString"}, address_{store, "VarRadioMacAddress"},
+        controllerAddress_{store, "VarRadioMotConMacAddress"};
+    Mask regions_{store, "VarRadioRegionFlags"};
+    Column moduleChannel_{store, "VarRadioModuleList", "Channel"}, moduleRegion_{store, "VarRadioModuleList", "Region"};
     std::vector<Real> results_;
     double elapsed_ = 0;
     double scanned_ = 0;  ///< seconds of this scan

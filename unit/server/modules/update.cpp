@@ -33,41 +33,7 @@ std::int32_t percent(double part) {
 
 }  // namespace
 
-Update::Update(Store& values, std::shared_ptr<FileTree> tree)
-    : Module("update", values),
-      tree_(std::move(tree)),
-      usb_(values, "VarUsbState"),
-      fileCount_(values, "VarHostUpdateFileListSize"),
-      fileState_(values, "VarHostUpdateFileState"),
-      deviceStart_(values, "VarDeviceUpdateStart"),
-      deviceProgress_(values, "VarDeviceUpdateProgress"),
-      deviceState_(values, "VarDeviceUpdateState"),
-      busProgress_(values, "VarKordelUpdateProgress"),
-      busIndex_(values, "VarKordelUpdateIndex"),
-      busCount_(values, "VarKordelUpdateCount"),
-      busState_(values, "VarKordelUpdateState"),
-      busDevices_(values, "VarKordelDeviceListSize"),
-      busSelected_(values, "VarKordelDeviceListIndex"),
-      exportProgress_(values, "VarExportLogFilesProgress"),
-      removeLogs_(values, "VarRemoveLogFiles"),
-      result_(values, "VarLastCommandResult"),
-      progress_(values, "VarLastCommandProgress"),
-      hostStart_(values, "VarHostUpdateStart"),
-      busStart_(values, "VarKordelUpdateStart"),
-      exportLogs_(values, "VarExportLogFiles"),
-      prepareUsb_(values, "VarPrepareUsbMedium"),
-      writeInfo_(values, "VarWriteHwInfo"),
-      fileName_(values, "VarHostUpdateFileName"),
-      fileVersion_(values, "VarHostUpdateFileFirmwareVersion"),
-      productVersion_(values, "VarProductVersion"),
-      busPart_(values, "VarKordelUpdatePartName"),
-      busName_(values, "VarKordelUpdateDeviceName"),
-      resultText_(values, "VarLastCommandResultText"),
-      files_(values, "VarHostUpdateFileList", "FileName"),
-      busConnected_(values, "VarKordelDeviceList", "DeviceConnected"),
-      busNames_(values, "VarKordelDeviceList", "DeviceName"),
-      busVersions_(values, "VarKordelDeviceList", "MainSwVersion"),
-      busSerials_(values, "VarKordelDeviceList", "SerNumber") {
+Update::Update(Store& values, std::shared_ptr<FileTree> tree) : Module("update", values), tree_(std::move(tree)) {
     hear(fileName_, [this] { checkFile(); });
     hear(hostStart_, [this] {
         if (hostStart_) installHost();
@@ -85,14 +51,10 @@ Update::Update(Store& values, std::shared_ptr<FileTree> tree)
         if (removeLogs_.is(Model::RemoveLogFiles::Remove)) removeLogs_.set(Model::RemoveLogFiles::Removed);
     });
     hear(prepareUsb_, [this] {
-        if (!prepareUsb_.take() || !usb_.is(Model::UsbState::Mounted)) return;
-        std::error_code ignored;
-        for (const char* folder : {"lenses", "rings", "setups", "diopters", "firmware"})
-            fs::create_directories(tree_->usb() / folder, ignored);
+        if (prepareUsb_.take() && usb_.is(Model::UsbState::Mounted)) makeFolders();
     });
     hear(writeInfo_, [this] {
-        if (writeInfo_.take() && usb_.is(Model::UsbState::Mounted))
-            std::ofstream(tree_->usb() / "unit.txt") << "version " << productVersion_.get() << '\n';
+        if (writeInfo_.take() && usb_.is(Model::UsbState::Mounted)) writeInfo();
     });
 }
 
@@ -203,6 +165,16 @@ void Update::exportLogs() {
                exportProgress_.set(0);
            },
            true});
+}
+
+void Update::makeFolders() {
+    std::error_code ignored;
+    for (const char* folder : {"lenses", "rings", "setups", "diopters", "firmware"})
+        fs::create_directories(tree_->usb() / folder, ignored);
+}
+
+void Update::writeInfo() {
+    std::ofstream(tree_->usb() / "unit.txt") << "version " << productVersion_.get() << '\n';
 }
 
 void Update::tick(std::int64_t nanoseconds) {

@@ -33,18 +33,34 @@ class Update final : public Module {
     void updateDevice();
     void updateBusDevice();
     void exportLogs();
+    void makeFolders();
+    void writeInfo();
 
     std::shared_ptr<FileTree> tree_;
     std::unique_ptr<Job> job_;
     double elapsed_ = 0;
     bool usbWasThere_ = false;
 
-    Number usb_, fileCount_, fileState_, deviceStart_, deviceProgress_, deviceState_, busProgress_, busIndex_,
-        busCount_, busState_, busDevices_, busSelected_, exportProgress_, removeLogs_, result_;
-    Real progress_;
-    Flag hostStart_, busStart_, exportLogs_, prepareUsb_, writeInfo_;
-    Text fileName_, fileVersion_, productVersion_, busPart_, busName_, resultText_;
-    Column files_, busConnected_, busNames_, busVersions_, busSerials_;
+    Number usb_{store, "VarUsbState"}, fileCount_{store, "VarHostUpdateFileListSize"},
+        fileState_{store, "VarHostUpdateFileState"}, deviceStart_{store, "VarDeviceUpdateStart"},
+        deviceProgress_{store, "VarDeviceUpdateProgress"}, deviceState_{store, "VarDeviceUpdateState"},
+        busProgress_{store, "VarKordelUpdateProgress"}, busIndex_{store, "VarKordelUpdateIndex"},
+        busCount_{store, "VarKordelUpdateCount"}, busState_{store, "VarKordelUpdateState"},
+        busDevices_{store, "VarKordelDeviceListSize"}, busSelected_{store, "VarKordelDeviceListIndex"},
+        exportProgress_{store, "VarExportLogFilesProgress"}, removeLogs_{store, "VarRemoveLogFiles"},
+        result_{store, "VarLastCommandResult"};
+    Real progress_{store, "VarLastCommandProgress"};
+    Flag hostStart_{store, "VarHostUpdateStart"}, busStart_{store, "VarKordelUpdateStart"},
+        exportLogs_{store, "VarExportLogFiles"}, prepareUsb_{store, "VarPrepareUsbMedium"},
+        writeInfo_{store, "VarWriteHwInfo"};
+    Text fileName_{store, "VarHostUpdateFileName"}, fileVersion_{store, "VarHostUpdateFileFirmwareVersion"},
+        productVersion_{store, "VarProductVersion"}, busPart_{store, "VarKordelUpdatePartName"},
+        busName_{store, "VarKordelUpdateDeviceName"}, resultText_{store, "VarLastCommandResultText"};
+    Column files_{store, "VarHostUpdateFileList", "FileName"},
+        busConnected_{store, "VarKordelDeviceList", "DeviceConnected"},
+        busNames_{store, "VarKordelDeviceList", "DeviceName"},
+        busVersions_{store, "VarKordelDeviceList", "MainSwVersion"},
+        busSerials_{store, "VarKordelDeviceList", "SerNumber"};
 };
 
 }  // namespace Unit
