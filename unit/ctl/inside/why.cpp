@@ -77,6 +77,45 @@ void whyVerb(const Platform::Virtual::Place& place, const std::string& name, boo
     print(answer, text + (constants.empty() ? "" : constants + "\n"), asJson);
 }
 
+namespace {
+
+std::string tellPlace(const std::string& name, const Cell& cell, const Store& store, json& answer) {
+    const std::string word = valueName(store, cell);
+    const std::string value = bareValue(store, cell);
+    const auto& area = Catalogue::areas[static_cast<std::size_t>(cell.area)];
+    answer["value"] = value;
+    return name + " = " + value + (word.empty() ? "" : " (" + word + ")") + "   " + kindName(cell.kind) + " at " +
+           area.name + " " + std::to_string(cell.offset) + ", notice " + std::to_string(cell.id) + "\n";
+}
+
+std::string tellDriven(const ModelDescription& model, const json* driven, const Store& store, json& answer) {
+    if (driven == nullptr) return "It drives nothing.\n";
+    std::string text = "It drives, in this order\n";
+    for (const auto& one : *driven) {
+        const std::string what = one.get<std::string>();
+        const auto rules = model.rulesOf(what);
+        const bool known = !rules.empty() && rules[0].place == what;
+        const std::string now = known ? valueNow(ModelDescription::evaluate(*rules[0].value, store)) : std::string();
+        answer["drives"].push_back({{"place", what}, {"at", known ? rules[0].at : ""}, {"now", now}});
+        text += "  " + what + (known ? " = " + now + "   " + rules[0].at : "") + "\n";
+    }
+    return text;
+}
+
+std::string tellWriters(const ModelDescription& model, const json* writers, json& answer) {
+    if (writers == nullptr) return "Only the server writes it.\n";
+    std::string text = "Beside the server it is written by\n";
+    for (const auto& write : *writers) {
+        const std::string what = write.at("place");
+        const json* events = model.heard(what.substr(0, what.rfind(".set ")));
+        answer["writes"].push_back(write);
+        text += "  " + what + (events != nullptr ? " on " + events->dump() : "") + "   " + write.value("at", "") + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
 void whoVerb(const Platform::Virtual::Place& place, const std::string& name, bool asJson) {
     const ModelDescription model(Installation::own().description);
     const json* driven = model.driven(name);
@@ -86,35 +125,9 @@ void whoVerb(const Platform::Virtual::Place& place, const std::string& name, boo
     if (!cell && driven == nullptr && writers == nullptr) throw Problem(problem);
     Present present(place);
     json answer = {{"name", name}, {"drives", json::array()}, {"writes", json::array()}};
-    std::string text;
-    if (cell) {
-        const std::string word = valueName(present.store(), *cell);
-        const std::string value = bareValue(present.store(), *cell);
-        const auto& area = Catalogue::areas[static_cast<std::size_t>(cell->area)];
-        answer["value"] = value;
-        text = name + " = " + value + (word.empty() ? "" : " (" + word + ")") + "   " + kindName(cell->kind) + " at " +
-               area.name + " " + std::to_string(cell->offset) + ", notice " + std::to_string(cell->id) + "\n";
-    }
-    text += driven == nullptr ? "It drives nothing.\n" : "It drives, in this order\n";
-    if (driven != nullptr)
-        for (const auto& one : *driven) {
-            const std::string what = one.get<std::string>();
-            const auto rules = model.rulesOf(what);
-            const bool known = !rules.empty() && rules[0].place == what;
-            const std::string now =
-                known ? valueNow(ModelDescription::evaluate(*rules[0].value, present.store())) : std::string();
-            answer["drives"].push_back({{"place", what}, {"at", known ? rules[0].at : ""}, {"now", now}});
-            text += "  " + what + (known ? " = " + now + "   " + rules[0].at : "") + "\n";
-        }
-    text += writers == nullptr ? "Only the server writes it.\n" : "Beside the server it is written by\n";
-    if (writers != nullptr)
-        for (const auto& write : *writers) {
-            const std::string what = write.at("place");
-            const json* events = model.heard(what.substr(0, what.rfind(".set ")));
-            answer["writes"].push_back(write);
-            text +=
-                "  " + what + (events != nullptr ? " on " + events->dump() : "") + "   " + write.value("at", "") + "\n";
-        }
+    std::string text = cell ? tellPlace(name, *cell, present.store(), answer) : "";
+    text += tellDriven(model, driven, present.store(), answer);
+    text += tellWriters(model, writers, answer);
     print(answer, text, asJson);
 }
 
