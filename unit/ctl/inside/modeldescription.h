@@ -48,5 +48,7 @@ class ModelDescription {
 std::string tellValue(const nlohmann::json& evaluated, const std::string& indent);
 /// What stands behind "=": the value in force.
 std::string valueNow(const nlohmann::json& evaluated);
+/// Whether an evaluated condition is fulfilled.
+bool holds(const nlohmann::json& evaluated);
 
 }  // namespace Unit
