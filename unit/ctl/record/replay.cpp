@@ -57,43 +57,54 @@ std::string Replay::file(const char* name) const {
 
 ReplayOutcome Replay::run(const Recording& recording) {
     const auto begun = Clock::now();
+    const std::uint64_t before = waits();
+    start(recording);
+    // One step more than there are frames: with it the product finds the end and leaves.
+    running_->driver.step(static_cast<unsigned>(options_.until.value_or(recording.frames() + 1)));
+    ReplayOutcome outcome;
+    awaitEnd(outcome);
+    outcome.frames = waits() - before;
+    if (outcome.frames > 0) --outcome.frames;  // the first wait ends frame 0
+    if (!outcome.ended.empty()) outcome.words = running_->product.lastWords();
+    outcome.seconds = std::chrono::duration<double>(Clock::now() - begun).count();
+    readResult(outcome);
+    return outcome;
+}
+
+/// The product waits for its first frame from now on.
+void Replay::start(const Recording& recording) {
     auto& [driver, product] = *running_;
     product.setProgram(RecordingToPlay::program(recording, options_.gui, options_.place.folder));
     driver.holdVsync();
     auto& control = driver.instance().control();
     control.permits = 0;
     control.resting = 0;
-    const auto waits = [&] { return std::uint64_t{driver.pans()} + driver.vsyncWaits(); };
-    const std::uint64_t before = waits();
-    {
-        const RecordingToPlay played(recording, options_.onDifference);
-        ::setenv("TERN_INSTANCE", options_.place.name.c_str(), 1);
-        ::setenv("TERN_INSTANCE_DIR", options_.place.folder.c_str(), 1);
-        product.start({});
-    }
-    // One step more than there are frames: with it the product finds the end and leaves.
-    driver.step(static_cast<unsigned>(options_.until.value_or(recording.frames() + 1)));
-    ReplayOutcome outcome;
+    const RecordingToPlay played(recording, options_.onDifference);
+    ::setenv("TERN_INSTANCE", options_.place.name.c_str(), 1);
+    ::setenv("TERN_INSTANCE_DIR", options_.place.folder.c_str(), 1);
+    product.start({});
+}
+
+/// Until the product rests behind the last step, ends by itself or hangs.
+void Replay::awaitEnd(ReplayOutcome& outcome) {
     std::uint64_t seen = 0;
-    for (auto lastFrame = Clock::now();;) {
-        if (driver.awaitRest(20)) break;
-        if (const auto end = product.takeEnd()) {
+    auto lastFrame = Clock::now();
+    while (!outcome.hangs && !running_->driver.awaitRest(20)) {
+        if (const auto end = running_->product.takeEnd()) {
             if (*end != "with status 0") outcome.ended = *end;
-            break;
+            return;
         }
         if (const std::uint64_t now = waits(); now != seen) {
             seen = now;
             lastFrame = Clock::now();
         }
         outcome.hangs = Clock::now() - lastFrame > patience;
-        if (outcome.hangs) break;
     }
-    outcome.frames = waits() - before;
-    if (outcome.frames > 0) --outcome.frames;  // the first wait ends frame 0
-    if (!outcome.ended.empty()) outcome.words = product.lastWords();
-    outcome.seconds = std::chrono::duration<double>(Clock::now() - begun).count();
-    readResult(outcome);
-    return outcome;
+}
+
+/// How often the product has waited for a frame.
+std::uint64_t Replay::waits() const {
+    return std::uint64_t{running_->driver.pans()} + running_->driver.vsyncWaits();
 }
 
 void Replay::readResult(ReplayOutcome& outcome) const {

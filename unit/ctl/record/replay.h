@@ -48,6 +48,9 @@ class Replay {
   private:
     struct Running;
 
+    void start(const Recording& recording);
+    void awaitEnd(ReplayOutcome& outcome);
+    std::uint64_t waits() const;
     void readResult(ReplayOutcome& outcome) const;
 
     ReplayOptions options_;
