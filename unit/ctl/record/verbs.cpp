@@ -91,6 +91,47 @@ void stayVerb(const ReplayRequest& request, const Platform::Virtual::Place& plac
         place.name.c_str(), options.tapeFrames);
 }
 
+namespace {
+
+json toJson(const ReplayOutcome& outcome, const Recording& recording, const std::string& page,
+            const SavedDifference& pictures) {
+    json answer = {{"frames", outcome.frames},
+                   {"recorded", recording.frames()},
+                   {"seconds", outcome.seconds},
+                   {"page", page},
+                   {"same", outcome.asRecorded(recording)}};
+    if (outcome.difference) answer["difference"] = *outcome.difference;
+    if (outcome.otherPicture) answer["pictures"] = pictures.files;
+    if (!outcome.ended.empty()) answer["ended"] = outcome.ended;
+    return answer;
+}
+
+std::string summaryOf(const ReplayOutcome& outcome, const Recording& recording) {
+    const double played =
+        static_cast<double>(outcome.frames) / static_cast<double>(std::max<std::uint64_t>(recording.frames(), 1));
+    const double recordedSeconds = static_cast<double>(recording.duration()) / 1e9 * played;
+    char summary[160];
+    std::snprintf(summary, sizeof summary,
+                  "%llu frames of %llu in %.2f s (%.0f times as fast as they were recorded), %s.",
+                  static_cast<unsigned long long>(outcome.frames), static_cast<unsigned long long>(recording.frames()),
+                  outcome.seconds, recordedSeconds / outcome.seconds,
+                  outcome.asRecorded(recording) ? "all as recorded" : "not as recorded");
+    return summary;
+}
+
+std::string toText(const ReplayOutcome& outcome, const Recording& recording, const SavedDifference& pictures) {
+    std::string text;
+    const auto line = [&](const std::string& more) { text += (text.empty() || more.empty() ? "" : "\n") + more; };
+    line(describeEnd(outcome, recording));
+    line(describeDifference(outcome));
+    for (const auto& file : pictures.files) line("  " + file);
+    line(pictures.remark);
+    line(summaryOf(outcome, recording));
+    return text;
+}
+
+}  // namespace
+
 bool replayVerb(const ReplayRequest& request) {
     const std::string gui = guiOf(request.program);
     const Recording recording = openRecording(request, gui);
@@ -103,34 +144,12 @@ bool replayVerb(const ReplayRequest& request) {
     const ReplayOutcome outcome = replay.run(recording);
     if (!request.shot.empty()) writePicture(replay.driver(), request.shot);
 
-    json answer = {{"frames", outcome.frames},
-                   {"recorded", recording.frames()},
-                   {"seconds", outcome.seconds},
-                   {"page", ProductLog(unit.place().folder).page()},
-                   {"same", outcome.asRecorded(recording)}};
-    std::string text = describeEnd(outcome, recording);
-    const auto line = [&](const std::string& more) { text += (text.empty() || more.empty() ? "" : "\n") + more; };
-    if (outcome.difference) {
-        answer["difference"] = *outcome.difference;
-        line(describeDifference(outcome));
-        if (outcome.otherPicture) {
-            const auto pictures = saveDifference(replay, *outcome.difference, request.pictures);
-            answer["pictures"] = pictures.files;
-            for (const auto& file : pictures.files) line("  " + file);
-            line(pictures.remark);
-        }
-    }
-    if (!outcome.ended.empty()) answer["ended"] = outcome.ended;
-    char summary[160];
-    std::snprintf(summary, sizeof summary,
-                  "%llu frames of %llu in %.2f s (%.0f times as fast as they were recorded), %s.",
-                  static_cast<unsigned long long>(outcome.frames), static_cast<unsigned long long>(recording.frames()),
-                  outcome.seconds,
-                  static_cast<double>(recording.duration()) / 1e9 * static_cast<double>(outcome.frames) /
-                      static_cast<double>(std::max<std::uint64_t>(recording.frames(), 1)) / outcome.seconds,
-                  outcome.asRecorded(recording) ? "all as recorded" : "not as recorded");
-    line(summary);
-    std::printf("%s\n", request.json ? answer.dump().c_str() : text.c_str());
+    const std::string page = ProductLog(unit.place().folder).page();
+    const auto pictures =
+        outcome.otherPicture ? saveDifference(replay, *outcome.difference, request.pictures) : SavedDifference{};
+    const std::string told =
+        request.json ? toJson(outcome, recording, page, pictures).dump() : toText(outcome, recording, pictures);
+    std::printf("%s\n", told.c_str());
     return !request.check || outcome.asRecorded(recording);
 }
 
