@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <nlohmann/json.hpp>
 
 #include "model/catalogue/constants.h"
@@ -70,6 +69,10 @@ std::string sceneName(const std::string& file) {
     return fs::path(file).stem().string();
 }
 
+bool differ(const AtlasPicture& a, const AtlasPicture& b) {
+    return a.fingerprint != b.fingerprint || a.problem.empty() != b.problem.empty();
+}
+
 json toJson(const AtlasPicture& picture) {
     return {{"scene", picture.scene},    {"page", picture.page}, {"language", picture.language},
             {"style", picture.style},    {"hand", picture.hand}, {"fingerprint", picture.fingerprint},
@@ -114,8 +117,7 @@ std::vector<Atlas::Task> Atlas::tasks() const {
     std::vector<Task> all;
     for (const auto& scene : options_.scenes)
         for (const auto& page : program.pages())
-            if (options_.glob.empty() || ::fnmatch(options_.glob.c_str(), page.c_str(), 0) == 0)
-                all.push_back({scene, page});
+            if (isAskedPage(page)) all.push_back({scene, page});
     if (all.empty()) throw Problem("No page matches \"" + options_.glob + "\".");
     return all;
 }
@@ -213,52 +215,66 @@ void Atlas::writeList() const {
 }
 
 bool Atlas::compare() {
-    std::map<std::string, AtlasPicture> before;
-    if (!options_.against.empty())
-        for (auto& picture : readList(options_.against + "/atlas.json")) before.try_emplace(picture.stem(), picture);
-    const bool compared = !options_.against.empty();
-    std::vector<SheetEntry> entries;
-    std::size_t changed = 0;
-    const auto add = [&](SheetEntry entry) {
-        if (entry.change != Change::None) ++changed;
-        entries.push_back(std::move(entry));
-    };
-    for (const auto& picture : pictures_) {
-        SheetEntry entry = {picture, Change::None, "", ""};
-        const auto earlier = before.find(picture.stem());
-        if (compared && earlier == before.end()) entry.change = Change::New;
-        if (earlier != before.end() && (earlier->second.fingerprint != picture.fingerprint ||
-                                        earlier->second.problem.empty() != picture.problem.empty())) {
-            entry.change = Change::Other;
-            const std::string old = options_.against + "/" + picture.stem() + ".png";
-            const std::string mine = options_.folder + "/" + picture.stem();
-            const Pixels was = readPixels(old), is = readPixels(mine + ".png");
-            if (!was.colors.empty()) {
-                writePixels(was, mine + ".before.png");
-                entry.before = picture.stem() + ".before.png";
-            }
-            if (const Pixels difference = differenceOf(was, is); !difference.colors.empty()) {
-                writePixels(difference, mine + ".difference.png");
-                entry.difference = picture.stem() + ".difference.png";
-            }
-        }
-        before.erase(picture.stem());
-        add(std::move(entry));
-    }
-    for (const auto& [stem, picture] : before) {
-        const bool asked = options_.glob.empty() || ::fnmatch(options_.glob.c_str(), picture.page.c_str(), 0) == 0;
-        const bool inScenes = std::ranges::any_of(
-            options_.scenes, [&, one = &picture](const std::string& scene) { return sceneName(scene) == one->scene; });
-        if (asked && inScenes) add({picture, Change::Gone, "", ""});
-    }
+    const auto entries = compareWith(earlierPictures());
     std::ofstream sheet(options_.folder + "/index.html");
     sheet << atlasSheet(entries, options_.against);
     if (!sheet.flush()) throw Problem(options_.folder + "/index.html cannot be written.");
     const auto failed = std::ranges::count_if(pictures_, [](const auto& one) { return !one.problem.empty(); });
+    const auto changed = std::ranges::count_if(entries, [](const auto& one) { return one.change != Change::None; });
     report_(std::to_string(pictures_.size()) + " pictures, " + std::to_string(failed) + " could not be taken" +
-            (compared ? ", " + std::to_string(changed) + " differ from " + options_.against : "") + ". See " +
-            options_.folder + "/index.html");
+            (options_.against.empty() ? "" : ", " + std::to_string(changed) + " differ from " + options_.against) +
+            ". See " + options_.folder + "/index.html");
     return failed == 0 && changed == 0;
+}
+
+Atlas::Earlier Atlas::earlierPictures() const {
+    Earlier earlier;
+    if (!options_.against.empty())
+        for (auto& picture : readList(options_.against + "/atlas.json")) earlier.try_emplace(picture.stem(), picture);
+    return earlier;
+}
+
+/// All pictures of now, then those that are no more.
+std::vector<SheetEntry> Atlas::compareWith(Earlier earlier) const {
+    std::vector<SheetEntry> entries;
+    for (const auto& picture : pictures_) {
+        const auto before = earlier.find(picture.stem());
+        const bool known = before != earlier.end();
+        if (known && differ(before->second, picture))
+            entries.push_back(otherPicture(picture));
+        else
+            entries.push_back({picture, known || options_.against.empty() ? Change::None : Change::New, "", ""});
+        earlier.erase(picture.stem());
+    }
+    for (const auto& [stem, picture] : earlier)
+        if (isAsked(picture)) entries.push_back({picture, Change::Gone, "", ""});
+    return entries;
+}
+
+/// Writes the earlier picture and the difference beside the new one.
+SheetEntry Atlas::otherPicture(const AtlasPicture& picture) const {
+    SheetEntry entry = {picture, Change::Other, "", ""};
+    const std::string stem = picture.stem();
+    const Pixels was = readPixels(options_.against + "/" + stem + ".png");
+    const Pixels is = readPixels(options_.folder + "/" + stem + ".png");
+    const auto write = [&](const Pixels& pixels, const char* ending) {
+        if (pixels.colors.empty()) return std::string();
+        writePixels(pixels, options_.folder + "/" + stem + ending);
+        return stem + ending;
+    };
+    entry.before = write(was, ".before.png");
+    entry.difference = write(differenceOf(was, is), ".difference.png");
+    return entry;
+}
+
+/// Whether this atlas was to have such a picture.
+bool Atlas::isAsked(const AtlasPicture& picture) const {
+    return isAskedPage(picture.page) &&
+           std::ranges::find(options_.scenes, picture.scene, sceneName) != options_.scenes.end();
+}
+
+bool Atlas::isAskedPage(const std::string& page) const {
+    return options_.glob.empty() || ::fnmatch(options_.glob.c_str(), page.c_str(), 0) == 0;
 }
 
 }  // namespace Unit

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ struct AtlasPicture {
     std::string stem() const { return scene + "/" + page + "-" + language + "-" + style + "-" + hand; }
 };
 
+struct SheetEntry;
+
 /// Takes the picture of every page in every language, style and hand, as many as `scenes` tell of, and writes them with
 /// a sheet, index.html, and a list, atlas.json. Each page is taken in a unit of its own in lockstep, so that no picture
 /// hangs on another: the same model gives the same pictures, however many units run side by side.
@@ -46,8 +49,17 @@ class Atlas {
     void takeAll();
     static std::vector<AtlasPicture> take(const AtlasOptions& options, const Task& task);
     void readLists(const std::vector<Task>& tasks);
-    bool compare();
     void writeList() const;
+
+    /// The pictures of the earlier atlas by their stem.
+    using Earlier = std::map<std::string, AtlasPicture>;
+
+    bool compare();
+    Earlier earlierPictures() const;
+    std::vector<SheetEntry> compareWith(Earlier earlier) const;
+    SheetEntry otherPicture(const AtlasPicture& picture) const;
+    bool isAsked(const AtlasPicture& picture) const;
+    bool isAskedPage(const std::string& page) const;
 
     AtlasOptions options_;
     std::function<void(const std::string&)> report_;
