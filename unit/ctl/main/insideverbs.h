@@ -10,7 +10,6 @@ namespace Unit {
 /// Which unit, and how to print, as the command line says by the time a verb runs.
 struct Chosen {
     std::function<Platform::Virtual::Place()> place;
-    std::function<bool()> named;  ///< a person has named the unit
     std::function<bool()> json;
 };
 
