@@ -12,7 +12,6 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "messages are written as the words lie in memory");
 
-constexpr std::size_t headSize = 12;
 constexpr std::size_t countAt = 10;
 constexpr std::uint32_t longestRun = 256;
 static_assert(TileDiffer::tile * TileDiffer::tile <= longestRun);
@@ -91,26 +90,32 @@ std::string TileDiffer::encode(const Picture& picture, std::uint32_t frame) {
             const Box box = {left, top, std::min(left + tile, width_), std::min(top + tile, height_)};
             if (!whole && !differs(picture, box)) continue;
             keep(picture, box);
-            if (count++ == 0) {
-                append(out, frame);
-                for (const std::size_t word : {std::size_t{width_}, std::size_t{height_}, std::size_t{tile}, count})
-                    append(out, static_cast<std::uint16_t>(word));
-            }
-            append(out, static_cast<std::uint16_t>(index));
-            const std::size_t lengthAt = out.size();
-            append(out, std::uint16_t{0});
-            {
-                Runs runs(out);
-                for (unsigned y = box.top; y < box.bottom; ++y)
-                    for (unsigned x = box.left; x < box.right; ++x)
-                        runs.add(picture.pixels[std::size_t{y} * width_ + x]);
-            }
-            put16(out, lengthAt, (out.size() - lengthAt - 2) / sizeof(std::uint32_t));
+            if (count++ == 0) appendHead(out, frame);
+            appendTile(out, index, picture, box);
         }
     }
-    static_assert(countAt + sizeof(std::uint16_t) == headSize);
     if (count > 0) put16(out, countAt, count);
     return out;
+}
+
+/// The number of tiles is not known yet.
+void TileDiffer::appendHead(std::string& out, std::uint32_t frame) const {
+    append(out, frame);
+    for (const unsigned word : {width_, height_, tile, 0U}) append(out, static_cast<std::uint16_t>(word));
+    static_assert(countAt == sizeof frame + 3 * sizeof(std::uint16_t));
+}
+
+void TileDiffer::appendTile(std::string& out, std::size_t index, const Picture& picture, const Box& box) {
+    append(out, static_cast<std::uint16_t>(index));
+    const std::size_t lengthAt = out.size();
+    append(out, std::uint16_t{0});
+    {
+        Runs runs(out);
+        for (unsigned y = box.top; y < box.bottom; ++y)
+            for (unsigned x = box.left; x < box.right; ++x)
+                runs.add(picture.pixels[std::size_t{y} * picture.width + x]);
+    }
+    put16(out, lengthAt, (out.size() - lengthAt - sizeof(std::uint16_t)) / sizeof(std::uint32_t));
 }
 
 }  // namespace Unit

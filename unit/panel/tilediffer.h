@@ -30,6 +30,9 @@ class TileDiffer {
 
     bool differs(const Platform::Virtual::Picture& picture, const Box& box) const;
     void keep(const Platform::Virtual::Picture& picture, const Box& box);
+    void appendHead(std::string& out, std::uint32_t frame) const;
+    static void appendTile(std::string& out, std::size_t index, const Platform::Virtual::Picture& picture,
+                           const Box& box);
 
     unsigned width_ = 0;
     unsigned height_ = 0;
