@@ -1,6 +1,5 @@
 #include "unit/panel/panel.h"
 
-#include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
@@ -100,82 +99,6 @@ json Panel::hello() const {
             {"height", driver_.height()},
             {"keys", std::move(keys)},
             {"scenes", describeScenes()}};
-}
-
-// What pages ask.
-
-void Panel::received(Id id, std::string_view text) {
-    const auto client = clients_.find(id);
-    if (client == clients_.end()) return;
-    std::string problem;
-    const auto request = parseRequest(text, problem);
-    if (!request) return send(id, {{"t", "refused"}, {"text", problem}});
-    try {
-        obey(id, client->second, *request);
-    } catch (const Problem& why) {
-        answer(id, *request, {false, why.what()});
-    }
-}
-
-void Panel::obey(Id id, Client& client, const Request& request) {
-    const auto whole = [&](const TouchPoint& point) {
-        return point.x < static_cast<int>(driver_.width()) && point.y < static_cast<int>(driver_.height());
-    };
-    struct Visitor {
-        Panel& panel;
-        Id id;
-        Client& client;
-        const Request& request;
-        decltype(whole)& onDisplay;
-
-        void operator()(const Request::Credit&) const { client.credit = std::min(client.credit + 1, mostCredit); }
-        void operator()(const Request::Key& key) const { panel.held_.key(id, *key.key, key.down); }
-        void operator()(const Request::Touch& touch) const {
-            for (const auto& contact : touch.contacts)
-                if (contact && !onDisplay(*contact)) throw Problem("The point is off the display.");
-            panel.held_.touch(id, touch.contacts);
-        }
-        void operator()(const Request::Do& one) const {
-            panel.change(id, request, "do " + one.module + " " + one.setting + " " + one.value);
-        }
-        void operator()(const Request::Set& one) const {
-            panel.change(id, request, "set " + one.name + " " + one.value);
-        }
-        void operator()(const Request::Scene& scene) const { panel.loadScene(id, request, scene.name); }
-        void operator()(const Request::Trace& trace) const {
-            panel.change(id, request,
-                         "poke VarTRACE_INFO_VARIABLE[0]." + trace.field + " " +
-                             std::to_string(static_cast<std::int32_t>(trace.mask)));
-        }
-        void operator()(const Request::Watch& watch) const { client.values.watch(watch.names); }
-        void operator()(const Request::LogLevel& log) const { client.logLevel = log.level; }
-        void operator()(const Request::Step& step) const {
-            panel.ask(id, request, Backstage::Whom::Supervisor, "step " + std::to_string(step.frames));
-        }
-    };
-    std::visit(Visitor{*this, id, client, request, whole}, request.what);
-}
-
-void Panel::loadScene(Id id, const Request& request, const std::string& name) {
-    const auto names = sceneNames();
-    if (std::ranges::find(names, name) == names.end()) throw Problem("There is no scene \"" + name + "\".");
-    change(id, request, "scene " + findScene(name));
-}
-
-/// Something after which the modules may stand otherwise. A control that is being moved wants no answers, and its
-/// place is told in time.
-void Panel::change(Id id, const Request& request, const std::string& line) {
-    ask(id, request, Backstage::Whom::Server, line);
-    if (!std::holds_alternative<Request::Do>(request.what) || request.number) askSettings();
-}
-
-void Panel::ask(Id id, const Request& request, Backstage::Whom whom, const std::string& line) {
-    const auto then = [this, id, request](const Backstage::Answer& given) { answer(id, request, given); };
-    if (!backstage_.ask(whom, line, then)) throw Problem("That was too much at once; try again.");
-}
-
-void Panel::answer(Id id, const Request& request, const Backstage::Answer& given) {
-    if (request.number) send(id, {{"t", "answer"}, {"n", *request.number}, {"ok", given.ok}, {"text", given.text}});
 }
 
 // What pages are shown.

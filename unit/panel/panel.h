@@ -55,10 +55,26 @@ class Panel final : public WebServer::Handler {
     static constexpr unsigned mostCredit = 4;
     static constexpr int defaultLevel = 3;  // Log::LogAll
 
+    /// A request with the page that makes it; gone when the request is obeyed.
+    struct Asked {
+        WebServer::ClientId by;
+        Client& client;
+        const Request& request;
+    };
+
     void obey(WebServer::ClientId id, Client& client, const Request& request);
-    void change(WebServer::ClientId id, const Request& request, const std::string& line);
-    void loadScene(WebServer::ClientId id, const Request& request, const std::string& name);
-    void ask(WebServer::ClientId id, const Request& request, Backstage::Whom whom, const std::string& line);
+    void perform(const Asked& asked, const Request::Credit& credit);
+    void perform(const Asked& asked, const Request::Key& key);
+    void perform(const Asked& asked, const Request::Touch& touch);
+    void perform(const Asked& asked, const Request::Do& one);
+    void perform(const Asked& asked, const Request::Set& one);
+    void perform(const Asked& asked, const Request::Scene& scene);
+    void perform(const Asked& asked, const Request::Trace& trace);
+    void perform(const Asked& asked, const Request::Watch& watch);
+    void perform(const Asked& asked, const Request::LogLevel& log);
+    void perform(const Asked& asked, const Request::Step& step);
+    void change(const Asked& asked, const std::string& line);
+    void ask(const Asked& asked, Backstage::Whom whom, const std::string& line);
     void answer(WebServer::ClientId id, const Request& request, const Backstage::Answer& answer);
 
     void eachClient(const std::function<void(WebServer::ClientId, Client&)>& visit);
