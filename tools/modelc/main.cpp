@@ -147,7 +147,7 @@ int run(const Options& options) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     Options options;
     CLI::App app("Compiles the model's sources, or tells about the model.", "modelc");
     app.add_option("--model", options.model, "folder of catalogue, texts, icons and fonts")->required();
@@ -163,10 +163,8 @@ int main(int argc, char** argv) {
     app.add_option("--who", options.who, "VARIABLE: what it drives and what writes it");
     app.add_option("sources", options.sources, "model sources, or folders of them")->required();
     if (const auto status = readCommandLine(app, argc, argv)) return *status;
-    try {
-        return run(options);
-    } catch (const std::exception& problem) {
-        std::cerr << problem.what() << "\n";
-        return 1;
-    }
+    return run(options);
+} catch (const std::exception& problem) {
+    std::cerr << problem.what() << "\n";
+    return 1;
 }
