@@ -4,8 +4,6 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "tools/modelc/overloaded.h"
-
 namespace Modelc {
 
 namespace {
@@ -25,48 +23,55 @@ json toJson(const std::vector<ValuePtr>& values) {
     return list;
 }
 
-json toJson(const ChoiceValue& choice) {
+json toJson(const ConstantValue& value) {
+    return {{"constant", value.text}};
+}
+
+json toJson(const VariableValue& value) {
+    return {{"variable", value.variable->name}};
+}
+
+json toJson(const CompareValue& value) {
+    return {{"compare", {operatorText(value.op), toJson(value.left), value.right.text}}};
+}
+
+json toJson(const NotValue& value) {
+    return {{"not", toJson(value.operand)}};
+}
+
+json toJson(const JunctionValue& value) {
+    return {{value.isAnd ? "all" : "any", toJson(value.operands)}};
+}
+
+json toJson(const ChoiceValue& value) {
     json branches = json::array();
-    for (const auto& branch : choice.branches)
+    for (const auto& branch : value.branches)
         branches.push_back({branch.condition != nullptr ? toJson(branch.condition) : json(), toJson(branch.value)});
     return {{"choose", std::move(branches)}};
 }
 
+json toJson(const RuleValue& value) {
+    return {{"rule", value.name}, {"at", placeInSource(value.value->span)}, {"value", toJson(value.value)}};
+}
+
+json toJson(const EnumTextValue& value) {
+    return {{"enumText", value.variable->name}};
+}
+
+json toJson(const FormattedValue& value) {
+    return {{"format", value.format}, {"value", toJson(value.source)}};
+}
+
+json toJson(const FilledValue& value) {
+    return {{"fill", toJson(value.text)}, {"parts", toJson(value.parts)}};
+}
+
+json toJson(const PlaceValue& value) {
+    return {{"place", toJson(value.source)}, {"in", value.table->name}};
+}
+
 json toJson(const ValuePtr& value) {
-    return std::visit(
-        Overloaded{[](const ConstantValue& node) {
-                       return json{{"constant", node.text}};
-                   },
-                   [](const VariableValue& node) {
-                       return json{{"variable", node.variable->name}};
-                   },
-                   [](const CompareValue& node) {
-                       return json{{"compare", {operatorText(node.op), toJson(node.left), node.right.text}}};
-                   },
-                   [](const NotValue& node) {
-                       return json{{"not", toJson(node.operand)}};
-                   },
-                   [](const JunctionValue& node) {
-                       return json{{node.isAnd ? "all" : "any", toJson(node.operands)}};
-                   },
-                   [](const ChoiceValue& node) { return toJson(node); },
-                   [](const RuleValue& node) {
-                       return json{
-                           {"rule", node.name}, {"at", placeInSource(node.value->span)}, {"value", toJson(node.value)}};
-                   },
-                   [](const EnumTextValue& node) {
-                       return json{{"enumText", node.variable->name}};
-                   },
-                   [](const FormattedValue& node) {
-                       return json{{"format", node.format}, {"value", toJson(node.source)}};
-                   },
-                   [](const FilledValue& node) {
-                       return json{{"fill", toJson(node.text)}, {"parts", toJson(node.parts)}};
-                   },
-                   [](const PlaceValue& node) {
-                       return json{{"place", toJson(node.source)}, {"in", node.table->name}};
-                   }},
-        value->node);
+    return std::visit([](const auto& node) { return toJson(node); }, value->node);
 }
 
 std::string eventName(const Names& names, unsigned event) {
