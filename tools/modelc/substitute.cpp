@@ -1,5 +1,7 @@
 #include "tools/modelc/substitute.h"
 
+#include <variant>
+
 namespace Modelc {
 
 namespace {
@@ -24,6 +26,53 @@ bool nameText(const Expr& expr, std::string& text) {
                std::string::npos;
     }
     return false;
+}
+
+/// A literal holds no names, and is shared.
+template <typename Literal>
+ExprPtr within(const ExprPtr& expr, const Literal&, const Substitution&) {
+    return expr;
+}
+
+ExprPtr within(const ExprPtr& expr, const UnaryExpr& node, const Substitution& put) {
+    return make(expr->span, UnaryExpr{node.op, put(node.operand)});
+}
+
+ExprPtr within(const ExprPtr& expr, const BinaryExpr& node, const Substitution& put) {
+    return make(expr->span, BinaryExpr{node.op, node.opSpan, put(node.left), put(node.right)});
+}
+
+ExprPtr within(const ExprPtr& expr, const ChooseExpr& node, const Substitution& put) {
+    ChooseExpr result;
+    for (const auto& branch : node.branches) result.branches.push_back({put(branch.condition), put(branch.value)});
+    return make(expr->span, std::move(result));
+}
+
+ExprPtr within(const ExprPtr& expr, const NightDayExpr& node, const Substitution& put) {
+    return make(expr->span, NightDayExpr{put(node.night), put(node.day)});
+}
+
+ExprPtr within(const ExprPtr& expr, const CallExpr& node, const Substitution& put) {
+    return make(expr->span, CallExpr{put(node.callee), put(node.arguments)});
+}
+
+ExprPtr within(const ExprPtr& expr, const IndexExpr& node, const Substitution& put) {
+    const Name field = put(Name{node.field, expr->span});
+    return make(expr->span, IndexExpr{put(node.table), put(node.row), field.text});
+}
+
+ExprPtr within(const ExprPtr& expr, const FormatExpr& node, const Substitution& put) {
+    FormatExpr result = node;
+    result.value = put(node.value);
+    return make(expr->span, std::move(result));
+}
+
+ExprPtr within(const ExprPtr& expr, const PlaceExpr& node, const Substitution& put) {
+    return make(expr->span, PlaceExpr{put(node.value), put(node.table)});
+}
+
+ExprPtr within(const ExprPtr& expr, const ListExpr& node, const Substitution& put) {
+    return make(expr->span, ListExpr{put(node.items)});
 }
 
 }  // namespace
@@ -83,37 +132,11 @@ ExprPtr Substitution::nameExpr(const Expr& expr, const NameExpr& name) const {
 
 ExprPtr Substitution::operator()(const ExprPtr& expr) const {
     if (expr == nullptr) return nullptr;
-    const auto& self = *this;
-    const Span span = expr->span;
     if (const auto* name = std::get_if<NameExpr>(&expr->node)) {
         ExprPtr replaced = nameExpr(*expr, *name);
         return replaced != nullptr ? replaced : expr;
     }
-    if (const auto* unary = std::get_if<UnaryExpr>(&expr->node))
-        return make(span, UnaryExpr{unary->op, self(unary->operand)});
-    if (const auto* binary = std::get_if<BinaryExpr>(&expr->node))
-        return make(span, BinaryExpr{binary->op, binary->opSpan, self(binary->left), self(binary->right)});
-    if (const auto* choose = std::get_if<ChooseExpr>(&expr->node)) {
-        ChooseExpr result;
-        for (const auto& branch : choose->branches)
-            result.branches.push_back({self(branch.condition), self(branch.value)});
-        return make(span, std::move(result));
-    }
-    if (const auto* pair = std::get_if<NightDayExpr>(&expr->node))
-        return make(span, NightDayExpr{self(pair->night), self(pair->day)});
-    if (const auto* call = std::get_if<CallExpr>(&expr->node))
-        return make(span, CallExpr{self(call->callee), self(call->arguments)});
-    if (const auto* cell = std::get_if<IndexExpr>(&expr->node)) {
-        const std::string field = cell->field.find('{') == std::string::npos ? cell->field : pasted(cell->field, span);
-        return make(span, IndexExpr{self(cell->table), self(cell->row), field});
-    }
-    if (const auto* format = std::get_if<FormatExpr>(&expr->node))
-        return make(span,
-                    FormatExpr{format->kind, self(format->value), format->format, format->formatSpan, format->match});
-    if (const auto* place = std::get_if<PlaceExpr>(&expr->node))
-        return make(span, PlaceExpr{self(place->value), self(place->table)});
-    if (const auto* list = std::get_if<ListExpr>(&expr->node)) return make(span, ListExpr{self(list->items)});
-    return expr;
+    return std::visit([&](const auto& node) { return within(expr, node, *this); }, expr->node);
 }
 
 std::vector<ExprPtr> Substitution::operator()(const std::vector<ExprPtr>& list) const {
