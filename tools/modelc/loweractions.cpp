@@ -94,43 +94,50 @@ std::string ActionLowering::single(const ActionStmt& action, const std::string& 
         context_.diagnostics.error(action.span, "only  fire  can have a name", "leave out  named " + action.name);
     if (action.verb == "set") return set(action, place, tail);
     if (action.verb == "increase" || action.verb == "decrease") return step(action, place, tail);
+    if (action.verb == "toggle") return toggle(action, place, tail);
+    if (action.verb == "fire") return fire(action, place, tail);
     if (action.verb == "navigate") return navigate(action, place, tail);
-    if (action.verb == "first" || action.verb == "all") return group(action, place);
-    if (action.verb == "back") {
-        context_.explanation.visits.push_back({node_.name.text, {}});
-        return object(action, "Engine::HistoryGoBack", "goBacks", "Engine::HistoryGoBack()");
-    }
+    if (action.verb == "back") return back(action);
     if (action.verb == "clearHistory")
         return object(action, "Engine::HistoryClear", "historyClears", "Engine::HistoryClear()");
-    if (action.verb == "toggle") {
-        if (!operands(action, 1, 1, "toggle VarFlag")) return {};
-        const VariableInfo* variable = written(action.operands[0], place);
-        if (variable == nullptr) return {};
-        if (variable->kind != VariableKind::Flag) {
-            context_.diagnostics.error(action.operands[0]->span, "only a flag can be toggled",
-                                       "use  set  or  increase");
-            return {};
-        }
-        return object(action, "Engine::VarNegate", "negates", "Engine::VarNegate(" + variable->address + tail);
-    }
-    if (action.verb == "fire") {
-        if (!action.name.empty()) return namedFire(action, tail, place);
-        if (!operands(action, 1, 1, "fire Event_Name")) return {};
-        const auto event = context_.resolver.event(action.operands[0]);
-        if (!event) return {};
-        context_.explanation.posts.push_back({*event, place});
-        return object(action, "Engine::FireEvent", "fires", "Engine::FireEvent(" + std::to_string(*event) + "u" + tail);
-    }
-    if (action.verb == "focus") {
-        if (!operands(action, 1, 1, "focus WIDGET")) return {};
-        const ObjectNode* widget = context_.findWidget(action.operands[0], &node_);
-        if (widget == nullptr || !context_.widgetAddresses.contains(widget)) return {};
-        return object(action, "Engine::WidgetSetFocus", "setFocuses",
-                      "Engine::WidgetSetFocus(" + context_.widgetAddresses[widget] + tail);
-    }
+    if (action.verb == "focus") return focus(action, tail);
+    if (action.verb == "first" || action.verb == "all") return group(action, place);
     context_.diagnostics.error(action.verbSpan, "there is no action '" + action.verb + "'",
                                didYouMean(action.verb, std::vector<std::string_view>(verbs.begin(), verbs.end())));
     return {};
+}
+
+std::string ActionLowering::toggle(const ActionStmt& action, const std::string& place, const std::string& tail) {
+    if (!operands(action, 1, 1, "toggle VarFlag")) return {};
+    const VariableInfo* variable = written(action.operands[0], place);
+    if (variable == nullptr) return {};
+    if (variable->kind != VariableKind::Flag) {
+        context_.diagnostics.error(action.operands[0]->span, "only a flag can be toggled", "use  set  or  increase");
+        return {};
+    }
+    return object(action, "Engine::VarNegate", "negates", "Engine::VarNegate(" + variable->address + tail);
+}
+
+std::string ActionLowering::back(const ActionStmt& action) {
+    context_.explanation.visits.push_back({node_.name.text, {}});
+    return object(action, "Engine::HistoryGoBack", "goBacks", "Engine::HistoryGoBack()");
+}
+
+std::string ActionLowering::focus(const ActionStmt& action, const std::string& tail) {
+    if (!operands(action, 1, 1, "focus WIDGET")) return {};
+    const ObjectNode* widget = context_.findWidget(action.operands[0], &node_);
+    if (widget == nullptr || !context_.widgetAddresses.contains(widget)) return {};
+    return object(action, "Engine::WidgetSetFocus", "setFocuses",
+                  "Engine::WidgetSetFocus(" + context_.widgetAddresses[widget] + tail);
+}
+
+std::string ActionLowering::fire(const ActionStmt& action, const std::string& place, const std::string& tail) {
+    if (!action.name.empty()) return namedFire(action, tail, place);
+    if (!operands(action, 1, 1, "fire Event_Name")) return {};
+    const auto event = context_.resolver.event(action.operands[0]);
+    if (!event) return {};
+    context_.explanation.posts.push_back({*event, place});
+    return object(action, "Engine::FireEvent", "fires", "Engine::FireEvent(" + std::to_string(*event) + "u" + tail);
 }
 
 /// A fire action that the program may change, and must fill in and enable when it names no event.

@@ -29,6 +29,10 @@ class ActionLowering {
     std::string set(const ActionStmt& action, const std::string& place, const std::string& tail);
     std::string setToRule(const ActionStmt& action, const VariableInfo& variable, const std::string& tail,
                           const std::string& place);
+    std::string toggle(const ActionStmt& action, const std::string& place, const std::string& tail);
+    std::string back(const ActionStmt& action);
+    std::string focus(const ActionStmt& action, const std::string& tail);
+    std::string fire(const ActionStmt& action, const std::string& place, const std::string& tail);
     std::string step(const ActionStmt& action, const std::string& place, const std::string& tail);
     std::string navigate(const ActionStmt& action, const std::string& place, const std::string& tail);
     std::string group(const ActionStmt& action, const std::string& place);
