@@ -52,6 +52,14 @@ std::optional<Type> variableType(const VariableInfo& variable) {
     }
 }
 
+/// The words of an alignment, across and down.
+constexpr std::pair<std::string_view, const char*> aligns[] = {
+    {"start", "Engine::Painter::Align::Start"},   {"left", "Engine::Painter::Align::Start"},
+    {"top", "Engine::Painter::Align::Start"},     {"centre", "Engine::Painter::Align::Centre"},
+    {"center", "Engine::Painter::Align::Centre"}, {"end", "Engine::Painter::Align::End"},
+    {"right", "Engine::Painter::Align::End"},     {"bottom", "Engine::Painter::Align::End"},
+};
+
 }  // namespace
 
 // Values.
@@ -444,32 +452,21 @@ std::optional<ConstantValue> Resolver::namedConstant(const Expr& expr, const Nam
     const std::string& first = name.parts.front();
     const std::string& last = name.parts.back();
     const std::string written = first + (name.parts.size() > 1 ? "." + last : "");
-    switch (type) {
-        case Type::Align:
-            if (last == "start" || last == "left" || last == "top")
-                return ConstantValue{"Engine::Painter::Align::Start", last};
-            if (last == "centre" || last == "center") return ConstantValue{"Engine::Painter::Align::Centre", last};
-            if (last == "end" || last == "right" || last == "bottom")
-                return ConstantValue{"Engine::Painter::Align::End", last};
-            break;
-        case Type::Text:
-            if (const auto found = names_.texts.find(last); first == "Texts" && found != names_.texts.end())
-                return ConstantValue{"Engine::TextId{" + std::to_string(found->second.key) + "}", written};
-            break;
-        case Type::Image:
-            if (const auto found = names_.icons.find(last); first == "Icons" && found != names_.icons.end())
-                return ConstantValue{found->second.address, written};
-            break;
-        case Type::Font:
-            if (const auto found = names_.fonts.find(last); first == "Fonts" && found != names_.fonts.end())
-                return ConstantValue{found->second, written};
-            break;
-        case Type::Page:
-            if (const UnitNode* page = model_.unit(first);
-                page != nullptr && page->kind == UnitNode::Kind::Page && name.parts.size() == 1)
-                return ConstantValue{"&" + first + "::page[0]", first};
-            break;
-        default: break;
+    if (type == Type::Align) {
+        for (const auto& [word, code] : aligns)
+            if (last == word) return ConstantValue{code, last};
+    } else if (type == Type::Text && first == "Texts") {
+        if (const auto found = names_.texts.find(last); found != names_.texts.end())
+            return ConstantValue{"Engine::TextId{" + std::to_string(found->second.key) + "}", written};
+    } else if (type == Type::Image && first == "Icons") {
+        if (const auto found = names_.icons.find(last); found != names_.icons.end())
+            return ConstantValue{found->second.address, written};
+    } else if (type == Type::Font && first == "Fonts") {
+        if (const auto found = names_.fonts.find(last); found != names_.fonts.end())
+            return ConstantValue{found->second, written};
+    } else if (type == Type::Page && name.parts.size() == 1) {
+        if (const UnitNode* page = model_.unit(first); page != nullptr && page->kind == UnitNode::Kind::Page)
+            return ConstantValue{"&" + first + "::page[0]", first};
     }
     unknown(expr, name, type);
     return std::nullopt;
