@@ -14,6 +14,35 @@ namespace {
 constexpr std::size_t shortText = 32;
 constexpr std::size_t longText = 256;
 
+/// Of the parameter record, in its order: designated initialisers must keep it.
+constexpr std::string_view recordFields[] = {
+    "x",
+    "y",
+    "width",
+    "height",
+    "scrollX",
+    "scrollY",
+    "enabled",
+    "foreground",
+    "background",
+    "disabled",
+    "disabledForeground",
+    "disabledBackground",
+    "highlightForeground",
+    "highlightBackground",
+    "highlightFont",
+    "highlightBorder",
+    "font",
+    "wrap",
+    "horizontalAlign",
+    "verticalAlign",
+    "padding",
+    "haloColor",
+    "haloRadius",
+    "border",
+    "name",
+};
+
 /// Setters of different classes share names, and an array holds one class.
 std::string arrayOf(std::string_view target, std::string_view setter) {
     std::string result;
@@ -179,38 +208,12 @@ std::string WidgetLowering::params(Widget& widget) {
         const std::string code = property(schema, *decl, widget.address, widget.path);
         if (!code.empty()) fields[schema.field] = code;
     }
-    if (const std::string code = border(widget, "border"); !code.empty()) fields["border"] = code;
-    if (const std::string code = border(widget, "highlightBorder"); !code.empty()) fields["highlightBorder"] = code;
+    for (const char* name : {"border", "highlightBorder"})
+        if (const std::string code = border(widget, name); !code.empty()) fields[name] = code;
     fields["name"] = cppString(widget.path);
 
-    // Designated initialisers come in the order of the record.
-    static constexpr std::array<std::string_view, 25> order = {"x",
-                                                               "y",
-                                                               "width",
-                                                               "height",
-                                                               "scrollX",
-                                                               "scrollY",
-                                                               "enabled",
-                                                               "foreground",
-                                                               "background",
-                                                               "disabled",
-                                                               "disabledForeground",
-                                                               "disabledBackground",
-                                                               "highlightForeground",
-                                                               "highlightBackground",
-                                                               "highlightFont",
-                                                               "highlightBorder",
-                                                               "font",
-                                                               "wrap",
-                                                               "horizontalAlign",
-                                                               "verticalAlign",
-                                                               "padding",
-                                                               "haloColor",
-                                                               "haloRadius",
-                                                               "border",
-                                                               "name"};
     std::vector<std::string> given;
-    for (const auto field : order)
+    for (const auto field : recordFields)
         if (const auto found = fields.find(field); found != fields.end())
             given.push_back("." + std::string(field) + " = " + found->second);
     return "{" + joined(given) + "}";
