@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <optional>
 
 #include "unit/ctl/installation.h"
 #include "unit/ctl/main/insideverbs.h"

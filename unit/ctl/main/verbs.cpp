@@ -110,6 +110,7 @@ void CommandLine::addHardwareVerbs() {
 
 void CommandLine::addLookVerbs() {
     auto& a = given_;
+    auto& n = a.numbers;
     verb("page", "Name of the active page", [](Client& c) { c.page(); });
     needs(verb("trace", "Trace flags of the product: draw, event, var or page",
                [&a](Client& c) { c.trace(a.word, number(a.mask)); }),
@@ -118,11 +119,8 @@ void CommandLine::addLookVerbs() {
         ->add_option("-n", a.lines, "Lines")
         ->check(CLI::Range(0UL, 1'000'000UL));
     needs(verb("shot", "The shown picture as a PNG file", [&a](Client& c) { c.shot(a.file); }), "file", a.file);
-    needs(verb("pixel", "Colour of a shown pixel",
-               [&a](Client& c) {
-                   c.pixel({a.numbers[0], a.numbers[1]});
-               }),
-          "x", a.numbers[0], "y", a.numbers[1]);
+    auto* pixel = verb("pixel", "Colour of a shown pixel", [&n](Client& c) { c.pixel({n[0], n[1]}); });
+    needs(pixel, "x", n[0], "y", n[1]);
 }
 
 void CommandLine::addNoticeVerb() {
