@@ -40,18 +40,20 @@ class Trap {
     Trap(const FaultRow& row, const Fault& fault) : row_(row), fault_(fault) {}
 
     void set() {
-        auto andLater = row_.where;
+        auto andLater = row_.call.where;
         andLater.andLater = true;
         Platform::Virtual::onCall(
-            row_.call, [this] { calls_ += over_ ? 0 : 1; }, andLater);
+            row_.call.kind, [this] { calls_ += over_ ? 0 : 1; }, andLater);
         switch (fault_.kind) {
             case Fault::Kind::Errno:
-                Platform::Virtual::failCall(row_.call, static_cast<int>(fault_.value), row_.where);
+                Platform::Virtual::failCall(row_.call.kind, static_cast<int>(fault_.value), row_.call.where);
                 break;
             case Fault::Kind::Short:
-                Platform::Virtual::shortenCall(row_.call, static_cast<std::size_t>(fault_.value), row_.where);
+                Platform::Virtual::shortenCall(row_.call.kind, static_cast<std::size_t>(fault_.value), row_.call.where);
                 break;
-            case Fault::Kind::Answer: Platform::Virtual::answerCall(row_.call, fault_.value, row_.where); break;
+            case Fault::Kind::Answer:
+                Platform::Virtual::answerCall(row_.call.kind, fault_.value, row_.call.where);
+                break;
         }
         errno = 0;
     }
@@ -89,7 +91,7 @@ Observed observe(const FaultRow& row, const Fault& fault) {
     return observed;
 }
 
-std::string faultList(const std::vector<Fault>& faults) {
+std::string faultList(const Faults& faults) {
     const Fault& first = faults.front();
     if (first.kind == Fault::Kind::Short && faults.size() > 1) {
         return "cut short, " + std::to_string(first.value) + " to " + nameOf(faults.back());
@@ -101,20 +103,31 @@ std::string faultList(const std::vector<Fault>& faults) {
 
 }  // namespace
 
-std::vector<Fault> errors(const std::vector<int>& values) {
-    std::vector<Fault> faults;
-    for (const int value : values) faults.push_back({Fault::Kind::Errno, value});
+Faults shorts(std::size_t from, std::size_t to) {
+    Faults faults;
+    for (std::size_t size = from; size <= to; ++size) faults.emplace_back(Fault::Kind::Short, static_cast<long>(size));
     return faults;
 }
 
-std::vector<Fault> shorts(std::size_t from, std::size_t to) {
-    std::vector<Fault> faults;
-    for (std::size_t size = from; size <= to; ++size) faults.push_back({Fault::Kind::Short, static_cast<long>(size)});
-    return faults;
-}
-
-std::vector<Fault> answers(long value) {
+Faults answers(long value) {
     return {{Fault::Kind::Answer, value}};
+}
+
+void FaultTable::operation(const char* name, Phase phase) {
+    operation_ = name;
+    phase_ = phase;
+}
+
+void FaultTable::fatal(Operation run, const SeamCall& call, const Faults& faults, const char* text) {
+    rows_.push_back({file_, operation_, phase_, Outcome::Fatal, run, call, faults, text});
+}
+
+void FaultTable::retried(Operation run, const SeamCall& call, const Faults& faults, const char* text) {
+    rows_.push_back({file_, operation_, phase_, Outcome::Retried, run, call, faults, text});
+}
+
+void FaultTable::ignored(Operation run, const SeamCall& call, const Faults& faults, const char* text) {
+    rows_.push_back({file_, operation_, phase_, Outcome::Ignored, run, call, faults, text});
 }
 
 const char* functionName(Call call) {
@@ -133,7 +146,7 @@ std::string runRow(const FaultRow& row) {
     std::string text = row.text;
     Outcome outcome = row.outcome;
     for (const auto& fault : row.faults) {
-        SCOPED_TRACE(std::string(row.operation) + ": " + functionName(row.call) + " " + row.detail + ", " +
+        SCOPED_TRACE(std::string(row.operation) + ": " + functionName(row.call.kind) + " " + row.call.detail + ", " +
                      nameOf(row.phase) + ", " + nameOf(fault));
         const Observed observed = observe(row, fault);
         EXPECT_STREQ(nameOf(observed.outcome), nameOf(row.outcome));
@@ -142,7 +155,7 @@ std::string runRow(const FaultRow& row) {
         outcome = observed.outcome;
     }
     const std::string quoted = outcome == Outcome::Fatal ? " `" + text + "`" : text.empty() ? "" : ": " + text;
-    const std::string detail = row.detail[0] != '\0' ? std::string(" ") + row.detail : "";
-    return std::string("| `") + row.operation + "` | `" + functionName(row.call) + "`" + detail + " | " +
+    const std::string detail = row.call.detail[0] != '\0' ? std::string(" ") + row.call.detail : "";
+    return std::string("| `") + row.operation + "` | `" + functionName(row.call.kind) + "`" + detail + " | " +
            nameOf(row.phase) + " | " + faultList(row.faults) + " | " + nameOf(outcome) + quoted + " |";
 }

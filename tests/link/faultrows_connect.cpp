@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr const char* file = "apps/common/event/serverconnection.cpp";
 constexpr const char* gate = "/message-broker-ready";
 constexpr const char* socketPath = "/var/volatile/message-broker.socket";
 
@@ -74,100 +73,38 @@ void connectRefused(const Rig& rig) {
     EXPECT_EQ(poll.wait(0), EventPoll::TimedOut);
 }
 
-FaultRow afterRefusal(Call call, const std::vector<int>& values, Outcome outcome) {
-    return {.file = file,
-            .operation = "ServerConnection",
-            .phase = Phase::StartUp,
-            .call = call,
-            .detail = "(after a refused connect)",
-            .faults = errors(values),
-            .outcome = outcome,
-            .run = connectRefused};
+void addRowsAfterRefusal(FaultTable& table) {
+    const auto after = [](Call call) { return SeamCall{call, "(after a refused connect)"}; };
+    table.ignored(connectRefused, after(Call::Shutdown), {EBADF, EINTR, EINVAL, ENOTCONN, ENOTSOCK});
+    table.retried(connectRefused, after(Call::Poll), {EINTR});
+    table.ignored(connectRefused, after(Call::Poll), {EFAULT, EINVAL, ENOMEM});
+    table.retried(connectRefused, after(Call::Read), {EINTR});
+    table.ignored(connectRefused, after(Call::Read), {EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO});
+    table.ignored(connectRefused, after(Call::Close), {EBADF, EINTR, EIO});
+    table.ignored(connectRefused, after(Call::SemPost), {EINTR, EINVAL, EOVERFLOW});
+    table.ignored(connectRefused, after(Call::SemClose), {EINTR, EINVAL});
 }
 
 }  // namespace
 
 FaultRows connectRows() {
-    const auto openErrors = errors({EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM});
-    const auto socketErrors =
-        errors({EACCES, EAFNOSUPPORT, EINTR, EINVAL, EMFILE, ENFILE, ENOBUFS, ENOMEM, EPROTONOSUPPORT});
-    return {
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::SemOpen,
-         .where = {.path = gate},
-         .faults = openErrors,
-         .outcome = Outcome::Retried,
-         .text = "20 tries in all",
-         .run = connect},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::SemOpen,
-         .detail = "(20th try)",
-         .where = {.nth = 20, .path = gate},
-         .faults = openErrors,
-         .text = "sem_open: <error>",
-         .run = connectWithoutGate},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::SchedYield,
-         .faults = errors({EINTR, ENOSYS}),
-         .outcome = Outcome::Ignored,
-         .run = connectAtTheSecondTry},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::SemWait,
-         .faults = errors({EAGAIN, EINTR, EINVAL}),
-         .text = "sem_wait: <error>",
-         .run = connectInVain},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::Socket,
-         .faults = socketErrors,
-         .text = "epoll_ctl: Bad file descriptor",
-         .run = connectInVain},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::Socket,
-         .faults = answers(0),
-         .text = "socket: Success",
-         .run = connectInVain},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::Connect,
-         .where = {.path = socketPath},
-         .faults = errors({EACCES, EADDRINUSE, EAGAIN, EBADF, ECONNREFUSED, EINTR, ELOOP, ENAMETOOLONG, ENOENT, ENOTDIR,
-                           ENOTSOCK, EPERM, EPROTOTYPE, ETIMEDOUT}),
-         .text = "connect: <error>",
-         .run = connectInVain},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::SemPost,
-         .faults = errors({EINTR, EINVAL, EOVERFLOW}),
-         .text = "sem_post: <error>",
-         .run = connectWithoutPassingOn},
-        {.file = file,
-         .operation = "ServerConnection",
-         .phase = Phase::StartUp,
-         .call = Call::SemClose,
-         .faults = errors({EINTR, EINVAL}),
-         .outcome = Outcome::Ignored,
-         .run = connect},
-        afterRefusal(Call::Shutdown, {EBADF, EINTR, EINVAL, ENOTCONN, ENOTSOCK}, Outcome::Ignored),
-        afterRefusal(Call::Poll, {EINTR}, Outcome::Retried),
-        afterRefusal(Call::Poll, {EFAULT, EINVAL, ENOMEM}, Outcome::Ignored),
-        afterRefusal(Call::Read, {EINTR}, Outcome::Retried),
-        afterRefusal(Call::Read, {EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO}, Outcome::Ignored),
-        afterRefusal(Call::Close, {EBADF, EINTR, EIO}, Outcome::Ignored),
-        afterRefusal(Call::SemPost, {EINTR, EINVAL, EOVERFLOW}, Outcome::Ignored),
-        afterRefusal(Call::SemClose, {EINTR, EINVAL}, Outcome::Ignored),
-    };
+    const Faults openErrors = {EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM};
+    const Faults socketErrors = {EACCES, EAFNOSUPPORT, EINTR, EINVAL, EMFILE, ENFILE, ENOBUFS, ENOMEM, EPROTONOSUPPORT};
+    const Faults connectErrors = {EACCES,       EADDRINUSE, EAGAIN,  EBADF,    ECONNREFUSED, EINTR,      ELOOP,
+                                  ENAMETOOLONG, ENOENT,     ENOTDIR, ENOTSOCK, EPERM,        EPROTOTYPE, ETIMEDOUT};
+
+    FaultTable table("apps/common/event/serverconnection.cpp");
+    table.operation("ServerConnection", Phase::StartUp);
+    table.retried(connect, {Call::SemOpen, {.path = gate}}, openErrors, "20 tries in all");
+    table.fatal(connectWithoutGate, {Call::SemOpen, "(20th try)", {.nth = 20, .path = gate}}, openErrors,
+                "sem_open: <error>");
+    table.ignored(connectAtTheSecondTry, Call::SchedYield, {EINTR, ENOSYS});
+    table.fatal(connectInVain, Call::SemWait, {EAGAIN, EINTR, EINVAL}, "sem_wait: <error>");
+    table.fatal(connectInVain, Call::Socket, socketErrors, "epoll_ctl: Bad file descriptor");
+    table.fatal(connectInVain, Call::Socket, answers(0), "socket: Success");
+    table.fatal(connectInVain, {Call::Connect, {.path = socketPath}}, connectErrors, "connect: <error>");
+    table.fatal(connectWithoutPassingOn, Call::SemPost, {EINTR, EINVAL, EOVERFLOW}, "sem_post: <error>");
+    table.ignored(connect, Call::SemClose, {EINTR, EINVAL});
+    addRowsAfterRefusal(table);
+    return table.rows();
 }

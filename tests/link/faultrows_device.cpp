@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr const char* readerFile = "apps/common/event/eventhandling.cpp";
-constexpr const char* openFile = "apps/libs/delayedopen/delayedopen.cpp";
 constexpr const char* path = "/dev/input/touchscreen0";
 
 void feedKey(const Rig& rig) {
@@ -124,95 +122,31 @@ void sleepRefused(const Rig& rig) {
 }  // namespace
 
 FaultRows inputDeviceRows() {
-    const auto openErrors =
-        errors({EACCES, EBUSY, EINTR, EIO, ELOOP, EMFILE, ENFILE, ENODEV, ENOENT, ENOMEM, ENOTDIR, ENXIO, EPERM});
+    const Faults openErrors = {EACCES, EBUSY,  EINTR,  EIO,     ELOOP, EMFILE, ENFILE,
+                               ENODEV, ENOENT, ENOMEM, ENOTDIR, ENXIO, EPERM};
+    const SeamCall open = {Call::Open, {.path = path}};
+    const SeamCall read = {Call::Read, {.path = path}};
     const char* const tried = "at the next polls, until the timeout is over";
-    return {
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::StartUp,
-         .call = Call::Open,
-         .where = {.path = path},
-         .faults = openErrors,
-         .outcome = Outcome::Retried,
-         .text = tried,
-         .run = openAtStart},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Open,
-         .where = {.path = path},
-         .faults = openErrors,
-         .outcome = Outcome::Retried,
-         .text = tried,
-         .run = openAgain},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .where = {.path = path},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .run = readRetried},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .where = {.path = path},
-         .faults = errors({EAGAIN}),
-         .outcome = Outcome::Ignored,
-         .text = "there is nothing to read now",
-         .run = readNothingYet},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .where = {.path = path},
-         .faults = errors({ENODEV}),
-         .outcome = Outcome::Ignored,
-         .text = "contacts and keys are released, the device is closed and opened anew when it appears",
-         .run = readVanished},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .where = {.path = path},
-         .faults = errors({EBADF, EFAULT, EINVAL, EIO, EISDIR, ENXIO}),
-         .outcome = Outcome::Ignored,
-         .text = "told once until a record comes",
-         .run = readTold},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .where = {.path = path},
-         .faults = shorts(1, 15),
-         .outcome = Outcome::Ignored,
-         .text = "the short record is dropped with a warning",
-         .run = readShort},
-        {.file = readerFile,
-         .operation = "EventHandling::poll",
-         .phase = Phase::Running,
-         .call = Call::Close,
-         .where = {.path = path},
-         .faults = errors({EBADF, EINTR, EIO}),
-         .outcome = Outcome::Ignored,
-         .run = closeVanished},
-        {.file = openFile,
-         .operation = "DelayedOpen::waitUntilDone",
-         .phase = Phase::StartUp,
-         .call = Call::Sleep,
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .text = "with what is left of the time",
-         .run = sleepBetweenTries},
-        {.file = openFile,
-         .operation = "DelayedOpen::waitUntilDone",
-         .phase = Phase::StartUp,
-         .call = Call::Sleep,
-         .faults = errors({EFAULT, EINVAL}),
-         .outcome = Outcome::Ignored,
-         .text = "the next try comes at once",
-         .run = sleepRefused},
-    };
+
+    FaultTable table("apps/common/event/eventhandling.cpp");
+    table.operation("EventHandling::poll", Phase::StartUp);
+    table.retried(openAtStart, open, openErrors, tried);
+    table.operation("EventHandling::poll", Phase::Running);
+    table.retried(openAgain, open, openErrors, tried);
+    table.retried(readRetried, read, {EINTR});
+    table.ignored(readNothingYet, read, {EAGAIN}, "there is nothing to read now");
+    table.ignored(readVanished, read, {ENODEV},
+                  "contacts and keys are released, the device is closed and opened anew when it appears");
+    table.ignored(readTold, read, {EBADF, EFAULT, EINVAL, EIO, EISDIR, ENXIO}, "told once until a record comes");
+    table.ignored(readShort, read, shorts(1, 15), "the short record is dropped with a warning");
+    table.ignored(closeVanished, {Call::Close, {.path = path}}, {EBADF, EINTR, EIO});
+    return table.rows();
+}
+
+FaultRows delayedOpenRows() {
+    FaultTable table("apps/libs/delayedopen/delayedopen.cpp");
+    table.operation("DelayedOpen::waitUntilDone", Phase::StartUp);
+    table.retried(sleepBetweenTries, Call::Sleep, {EINTR}, "with what is left of the time");
+    table.ignored(sleepRefused, Call::Sleep, {EFAULT, EINVAL}, "the next try comes at once");
+    return table.rows();
 }

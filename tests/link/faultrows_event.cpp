@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr const char* file = "apps/common/event/eventpoll.cpp";
-
 struct Ends {
     int fds[2] = {-1, -1};
     Ends() { EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds), 0); }
@@ -81,104 +79,27 @@ void close(const Rig& rig) {
 }  // namespace
 
 FaultRows eventPollRows() {
-    const auto controlErrors = errors({EBADF, EEXIST, EINTR, EINVAL, ELOOP, ENOENT, ENOMEM, ENOSPC, EPERM});
-    return {
-        {.file = file,
-         .operation = "EventPoll",
-         .phase = Phase::StartUp,
-         .call = Call::Sigaction,
-         .detail = "(SIGINT)",
-         .faults = errors({EFAULT, EINTR, EINVAL}),
-         .text = "sigaction: <error>",
-         .run = construct},
-        {.file = file,
-         .operation = "EventPoll",
-         .phase = Phase::StartUp,
-         .call = Call::Sigaction,
-         .detail = "(SIGPIPE)",
-         .where = {.nth = 4},
-         .faults = errors({EFAULT, EINTR, EINVAL}),
-         .text = "sigaction: <error>",
-         .run = construct},
-        {.file = file,
-         .operation = "EventPoll",
-         .phase = Phase::StartUp,
-         .call = Call::EpollCreate,
-         .faults = errors({EINTR, EINVAL, EMFILE, ENFILE, ENOMEM}),
-         .text = "epoll_create: <error>",
-         .run = construct},
-        {.file = file,
-         .operation = "EventPoll",
-         .phase = Phase::StartUp,
-         .call = Call::Fcntl,
-         .faults = errors({EBADF, EINTR, EINVAL}),
-         .text = "epoll_create: <error>",
-         .run = construct},
-        {.file = file,
-         .operation = "EventPoll::add",
-         .phase = Phase::StartUp,
-         .call = Call::EpollControl,
-         .faults = controlErrors,
-         .text = "epoll_ctl: <error>",
-         .run = add},
-        {.file = file,
-         .operation = "EventPoll::remove",
-         .phase = Phase::Running,
-         .call = Call::EpollControl,
-         .faults = controlErrors,
-         .text = "epoll_ctl: <error>",
-         .run = remove},
-        {.file = file,
-         .operation = "EventPoll::wait",
-         .phase = Phase::Running,
-         .call = Call::EpollWait,
-         .faults = errors({EBADF, EFAULT, EINVAL}),
-         .text = "epoll_wait: <error>",
-         .run = wait},
-        {.file = file,
-         .operation = "EventPoll::wait",
-         .phase = Phase::Running,
-         .call = Call::EpollWait,
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Ignored,
-         .text = "the result is 0, interrupted",
-         .run = wait},
-        {.file = file,
-         .operation = "EventPoll::wait",
-         .phase = Phase::Running,
-         .call = Call::EpollWait,
-         .detail = "(after SIGALRM)",
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Ignored,
-         .text = "the result is 1, timer expired",
-         .run = waitWithAlarm},
-        {.file = file,
-         .operation = "EventPoll::setTimer",
-         .phase = Phase::Running,
-         .call = Call::TimerCreate,
-         .faults = errors({EAGAIN, EINTR, EINVAL, ENOMEM}),
-         .text = "timer create: <error>",
-         .run = setTimer},
-        {.file = file,
-         .operation = "EventPoll::setTimer",
-         .phase = Phase::Running,
-         .call = Call::TimerSettime,
-         .faults = errors({EFAULT, EINTR, EINVAL}),
-         .text = "timer set: <error>",
-         .run = setTimer},
-        {.file = file,
-         .operation = "EventPoll::setTimer",
-         .phase = Phase::Running,
-         .call = Call::TimerDelete,
-         .faults = errors({EINTR, EINVAL}),
-         .outcome = Outcome::Ignored,
-         .run = endTimer},
-        {.file = file,
-         .operation = "EventPoll::close",
-         .phase = Phase::Running,
-         .call = Call::Close,
-         .faults = errors({EBADF, EINTR, EIO}),
-         .outcome = Outcome::Ignored,
-         .run = close},
-    };
+    const Faults controlErrors = {EBADF, EEXIST, EINTR, EINVAL, ELOOP, ENOENT, ENOMEM, ENOSPC, EPERM};
+
+    FaultTable table("apps/common/event/eventpoll.cpp");
+    table.operation("EventPoll", Phase::StartUp);
+    table.fatal(construct, {Call::Sigaction, "(SIGINT)"}, {EFAULT, EINTR, EINVAL}, "sigaction: <error>");
+    table.fatal(construct, {Call::Sigaction, "(SIGPIPE)", {.nth = 4}}, {EFAULT, EINTR, EINVAL}, "sigaction: <error>");
+    table.fatal(construct, Call::EpollCreate, {EINTR, EINVAL, EMFILE, ENFILE, ENOMEM}, "epoll_create: <error>");
+    table.fatal(construct, Call::Fcntl, {EBADF, EINTR, EINVAL}, "epoll_create: <error>");
+    table.operation("EventPoll::add", Phase::StartUp);
+    table.fatal(add, Call::EpollControl, controlErrors, "epoll_ctl: <error>");
+    table.operation("EventPoll::remove", Phase::Running);
+    table.fatal(remove, Call::EpollControl, controlErrors, "epoll_ctl: <error>");
+    table.operation("EventPoll::wait", Phase::Running);
+    table.fatal(wait, Call::EpollWait, {EBADF, EFAULT, EINVAL}, "epoll_wait: <error>");
+    table.ignored(wait, Call::EpollWait, {EINTR}, "the result is 0, interrupted");
+    table.ignored(waitWithAlarm, {Call::EpollWait, "(after SIGALRM)"}, {EINTR}, "the result is 1, timer expired");
+    table.operation("EventPoll::setTimer", Phase::Running);
+    table.fatal(setTimer, Call::TimerCreate, {EAGAIN, EINTR, EINVAL, ENOMEM}, "timer create: <error>");
+    table.fatal(setTimer, Call::TimerSettime, {EFAULT, EINTR, EINVAL}, "timer set: <error>");
+    table.ignored(endTimer, Call::TimerDelete, {EINTR, EINVAL});
+    table.operation("EventPoll::close", Phase::Running);
+    table.ignored(close, Call::Close, {EBADF, EINTR, EIO});
+    return table.rows();
 }

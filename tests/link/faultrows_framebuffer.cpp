@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr const char* file = "apps/gui/common/fb-linux.cpp";
 constexpr const char* path = "/dev/fb0";
 
 void open(const Rig& rig) {
@@ -54,156 +53,46 @@ void unmap(const Rig& rig) {
     rig.arm();
 }
 
+SeamCall request(const char* name, unsigned long number, unsigned nth = 1) {
+    return {Call::Ioctl, name, {.nth = nth, .request = number}};
+}
+
 }  // namespace
 
 FaultRows framebufferRows() {
-    const std::vector<int> device = {EBADF, EBUSY, EFAULT, EINVAL, EIO, ENODEV, ENOMEM, ENOTTY, ETIMEDOUT};
-    const auto deviceErrors = errors(device);
-    auto withInterruption = device;
-    withInterruption.push_back(EINTR);
-    const auto allErrors = errors(withInterruption);
-    return {
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Open,
-         .where = {.path = path},
-         .faults = errors({EACCES, EBUSY, EINTR, EIO, ELOOP, EMFILE, ENFILE, ENODEV, ENOENT, ENOMEM, ENXIO, EPERM}),
-         .text = "frambuffer open: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIOGET_VSCREENINFO",
-         .where = {.request = FBIOGET_VSCREENINFO},
-         .faults = allErrors,
-         .text = "screen info: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIO_WAITFORVSYNC",
-         .where = {.request = FBIO_WAITFORVSYNC},
-         .faults = deviceErrors,
-         .text = "vsync: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIO_WAITFORVSYNC",
-         .where = {.request = FBIO_WAITFORVSYNC},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Ignored,
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIOPUT_VSCREENINFO",
-         .where = {.request = FBIOPUT_VSCREENINFO},
-         .faults = allErrors,
-         .text = "screen info: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIOGET_VSCREENINFO (second)",
-         .where = {.nth = 2, .request = FBIOGET_VSCREENINFO},
-         .faults = allErrors,
-         .text = "screen info: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIOGET_FSCREENINFO",
-         .where = {.request = FBIOGET_FSCREENINFO},
-         .faults = allErrors,
-         .text = "screen info: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIOPAN_DISPLAY",
-         .where = {.request = FBIOPAN_DISPLAY},
-         .faults = deviceErrors,
-         .text = "pan: <error>",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Ioctl,
-         .detail = "FBIOPAN_DISPLAY",
-         .where = {.request = FBIOPAN_DISPLAY},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Ignored,
-         .text = "counts as done",
-         .run = open},
-        {.file = file,
-         .operation = "LinuxFramebuffer::open",
-         .phase = Phase::StartUp,
-         .call = Call::Mmap,
-         .where = {.path = path},
-         .faults = errors({EACCES, EAGAIN, EBADF, EINTR, EINVAL, ENFILE, ENODEV, ENOMEM, EOVERFLOW, EPERM}),
-         .text = "map framebuffer: <error>",
-         .run = openReadOnly},
-        {.file = file,
-         .operation = "LinuxFramebuffer::swap",
-         .phase = Phase::Running,
-         .call = Call::Ioctl,
-         .detail = "FBIOPAN_DISPLAY",
-         .where = {.request = FBIOPAN_DISPLAY},
-         .faults = deviceErrors,
-         .text = "pan: <error>",
-         .run = swap},
-        {.file = file,
-         .operation = "LinuxFramebuffer::swap",
-         .phase = Phase::Running,
-         .call = Call::Ioctl,
-         .detail = "FBIOPAN_DISPLAY",
-         .where = {.request = FBIOPAN_DISPLAY},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Ignored,
-         .text = "counts as done",
-         .run = swap},
-        {.file = file,
-         .operation = "LinuxFramebuffer::waitVsync",
-         .phase = Phase::Running,
-         .call = Call::Ioctl,
-         .detail = "FBIO_WAITFORVSYNC",
-         .where = {.request = FBIO_WAITFORVSYNC},
-         .faults = deviceErrors,
-         .text = "vsync: <error>",
-         .run = waitVsync},
-        {.file = file,
-         .operation = "LinuxFramebuffer::waitVsync",
-         .phase = Phase::Running,
-         .call = Call::Ioctl,
-         .detail = "FBIO_WAITFORVSYNC",
-         .where = {.request = FBIO_WAITFORVSYNC},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Ignored,
-         .run = waitVsync},
-        {.file = file,
-         .operation = "LinuxFramebuffer::displayedAddress",
-         .phase = Phase::Running,
-         .call = Call::Ioctl,
-         .detail = "FBIOGET_VSCREENINFO",
-         .where = {.request = FBIOGET_VSCREENINFO},
-         .faults = allErrors,
-         .text = "screen info: <error>",
-         .run = displayedAddress},
-        {.file = file,
-         .operation = "LinuxFramebuffer::~LinuxFramebuffer",
-         .phase = Phase::Running,
-         .call = Call::Munmap,
-         .faults = errors({EINTR, EINVAL, ENOMEM}),
-         .outcome = Outcome::Ignored,
-         .run = unmap},
-    };
+    const Faults openErrors = {EACCES, EBUSY, EINTR, EIO, ELOOP, EMFILE, ENFILE, ENODEV, ENOENT, ENOMEM, ENXIO, EPERM};
+    const Faults mapErrors = {EACCES, EAGAIN, EBADF, EINTR, EINVAL, ENFILE, ENODEV, ENOMEM, EOVERFLOW, EPERM};
+    const Faults deviceErrors = {EBADF, EBUSY, EFAULT, EINVAL, EIO, ENODEV, ENOMEM, ENOTTY, ETIMEDOUT};
+    Faults infoErrors = deviceErrors;
+    infoErrors.push_back(EINTR);
+    const SeamCall getInfo = request("FBIOGET_VSCREENINFO", FBIOGET_VSCREENINFO);
+    const SeamCall putInfo = request("FBIOPUT_VSCREENINFO", FBIOPUT_VSCREENINFO);
+    const SeamCall getInfoAgain = request("FBIOGET_VSCREENINFO (second)", FBIOGET_VSCREENINFO, 2);
+    const SeamCall getFixedInfo = request("FBIOGET_FSCREENINFO", FBIOGET_FSCREENINFO);
+    const SeamCall vsync = request("FBIO_WAITFORVSYNC", FBIO_WAITFORVSYNC);
+    const SeamCall pan = request("FBIOPAN_DISPLAY", FBIOPAN_DISPLAY);
+
+    FaultTable table("apps/gui/common/fb-linux.cpp");
+    table.operation("LinuxFramebuffer::open", Phase::StartUp);
+    table.fatal(open, {Call::Open, {.path = path}}, openErrors, "frambuffer open: <error>");
+    table.fatal(open, getInfo, infoErrors, "screen info: <error>");
+    table.fatal(open, vsync, deviceErrors, "vsync: <error>");
+    table.ignored(open, vsync, {EINTR});
+    table.fatal(open, putInfo, infoErrors, "screen info: <error>");
+    table.fatal(open, getInfoAgain, infoErrors, "screen info: <error>");
+    table.fatal(open, getFixedInfo, infoErrors, "screen info: <error>");
+    table.fatal(open, pan, deviceErrors, "pan: <error>");
+    table.ignored(open, pan, {EINTR}, "counts as done");
+    table.fatal(openReadOnly, {Call::Mmap, {.path = path}}, mapErrors, "map framebuffer: <error>");
+    table.operation("LinuxFramebuffer::swap", Phase::Running);
+    table.fatal(swap, pan, deviceErrors, "pan: <error>");
+    table.ignored(swap, pan, {EINTR}, "counts as done");
+    table.operation("LinuxFramebuffer::waitVsync", Phase::Running);
+    table.fatal(waitVsync, vsync, deviceErrors, "vsync: <error>");
+    table.ignored(waitVsync, vsync, {EINTR});
+    table.operation("LinuxFramebuffer::displayedAddress", Phase::Running);
+    table.fatal(displayedAddress, getInfo, infoErrors, "screen info: <error>");
+    table.operation("LinuxFramebuffer::~LinuxFramebuffer", Phase::Running);
+    table.ignored(unmap, Call::Munmap, {EINTR, EINVAL, ENOMEM});
+    return table.rows();
 }

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr const char* file = "apps/common/log/log.cpp";
 constexpr const char* device = "/dev/kmsg";
 
 void writeLine() {
@@ -50,82 +49,27 @@ void changeDevice(const Rig& rig) {
     Log::setDevice(nullptr);
 }
 
-constexpr const char* lost = "the line is lost and told on stderr";
-
 }  // namespace
 
 FaultRows logRows() {
-    const auto openErrors =
-        errors({EACCES, EBUSY, EIO, ELOOP, EMFILE, ENFILE, ENODEV, ENOENT, ENOMEM, ENOTDIR, ENXIO, EPERM});
-    const auto writeErrors = errors({EAGAIN, EBADF, EFAULT, EINVAL, EIO, ENOSPC, EPERM, EPIPE});
-    return {
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::StartUp,
-         .call = Call::Open,
-         .where = {.path = device},
-         .faults = openErrors,
-         .outcome = Outcome::Ignored,
-         .text = "each line is lost and told on stderr",
-         .run = firstLineLost},
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::StartUp,
-         .call = Call::Open,
-         .where = {.path = device},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .run = firstLineKept},
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::StartUp,
-         .call = Call::Writev,
-         .where = {.path = device},
-         .faults = writeErrors,
-         .outcome = Outcome::Ignored,
-         .text = lost,
-         .run = firstLineLost},
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::StartUp,
-         .call = Call::Writev,
-         .where = {.path = device},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .run = firstLineKept},
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::Running,
-         .call = Call::Writev,
-         .where = {.path = device},
-         .faults = writeErrors,
-         .outcome = Outcome::Ignored,
-         .text = lost,
-         .run = laterLineLost},
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::Running,
-         .call = Call::Writev,
-         .where = {.path = device},
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .run = laterLineKept},
-        {.file = file,
-         .operation = "log",
-         .phase = Phase::Running,
-         .call = Call::Writev,
-         .where = {.path = device},
-         .faults = shorts(0, 40),
-         .outcome = Outcome::Ignored,
-         .text = "the rest of the line is lost",
-         .run = laterLineKept},
-        {.file = file,
-         .operation = "setDevice",
-         .phase = Phase::Running,
-         .call = Call::Close,
-         .where = {.path = device},
-         .faults = errors({EBADF, EINTR, EIO}),
-         .outcome = Outcome::Ignored,
-         .run = changeDevice},
-    };
+    const SeamCall open = {Call::Open, {.path = device}};
+    const SeamCall write = {Call::Writev, {.path = device}};
+    const Faults openErrors = {EACCES, EBUSY,  EIO,    ELOOP,   EMFILE, ENFILE,
+                               ENODEV, ENOENT, ENOMEM, ENOTDIR, ENXIO,  EPERM};
+    const Faults writeErrors = {EAGAIN, EBADF, EFAULT, EINVAL, EIO, ENOSPC, EPERM, EPIPE};
+    const char* const lost = "the line is lost and told on stderr";
+
+    FaultTable table("apps/common/log/log.cpp");
+    table.operation("log", Phase::StartUp);
+    table.ignored(firstLineLost, open, openErrors, "each line is lost and told on stderr");
+    table.retried(firstLineKept, open, {EINTR});
+    table.ignored(firstLineLost, write, writeErrors, lost);
+    table.retried(firstLineKept, write, {EINTR});
+    table.operation("log", Phase::Running);
+    table.ignored(laterLineLost, write, writeErrors, lost);
+    table.retried(laterLineKept, write, {EINTR});
+    table.ignored(laterLineKept, write, shorts(0, 40), "the rest of the line is lost");
+    table.operation("setDevice", Phase::Running);
+    table.ignored(changeDevice, {Call::Close, {.path = device}}, {EBADF, EINTR, EIO});
+    return table.rows();
 }

@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr const char* file = "apps/common/sharedmemory/sharedmemory.cpp";
-constexpr const char* failed = "/MemTest: <error>";
-
 /// The area as the server leaves it.
 struct ServerArea {
     SharedMemory area{"MemTest", 8};
@@ -67,91 +64,28 @@ void closeTold(const Rig& rig) {
 }  // namespace
 
 FaultRows sharedMemoryRows() {
-    const auto shmErrors =
-        errors({EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM, ENOSPC});
+    const Faults shmErrors = {EACCES, EEXIST, EINTR, EINVAL, EMFILE, ENAMETOOLONG, ENFILE, ENOENT, ENOMEM, ENOSPC};
+    const Faults mapErrors = {EACCES, EAGAIN, EBADF, EINTR, EINVAL, ENFILE, ENODEV, ENOMEM, EOVERFLOW, EPERM};
+    const SeamCall readHeader = {Call::Read, "(header of a short object)"};
+    const char* const failed = "/MemTest: <error>";
     const char* const cutShort =
         "Memory /MemTest is cut short: it needs 84 bytes, the object has 12. Start the server first.";
-    return {
-        {.file = file,
-         .operation = "SharedMemory::open",
-         .phase = Phase::StartUp,
-         .call = Call::ShmOpen,
-         .faults = shmErrors,
-         .text = failed,
-         .run = open},
-        {.file = file,
-         .operation = "SharedMemory::create",
-         .phase = Phase::StartUp,
-         .call = Call::ShmOpen,
-         .faults = shmErrors,
-         .text = failed,
-         .run = create},
-        {.file = file,
-         .operation = "SharedMemory::create",
-         .phase = Phase::StartUp,
-         .call = Call::Ftruncate,
-         .faults = errors({EBADF, EFBIG, EINTR, EINVAL, EIO, ENOSPC, EPERM}),
-         .text = failed,
-         .run = create},
-        {.file = file,
-         .operation = "SharedMemory::address",
-         .phase = Phase::StartUp,
-         .call = Call::FileSize,
-         .faults = errors({EBADF, EFAULT, EINTR, ENOMEM, EOVERFLOW}),
-         .text = failed,
-         .run = map},
-        {.file = file,
-         .operation = "SharedMemory::address",
-         .phase = Phase::StartUp,
-         .call = Call::Read,
-         .detail = "(header of a short object)",
-         .faults = errors({EAGAIN, EBADF, EFAULT, EINTR, EINVAL, EIO}),
-         .text = cutShort,
-         .run = mapShortObject},
-        {.file = file,
-         .operation = "SharedMemory::address",
-         .phase = Phase::StartUp,
-         .call = Call::Read,
-         .detail = "(header of a short object)",
-         .faults = shorts(0, 3),
-         .text = cutShort,
-         .run = mapShortObject},
-        {.file = file,
-         .operation = "SharedMemory::address",
-         .phase = Phase::StartUp,
-         .call = Call::Mmap,
-         .faults = errors({EACCES, EAGAIN, EBADF, EINTR, EINVAL, ENFILE, ENODEV, ENOMEM, EOVERFLOW, EPERM}),
-         .text = failed,
-         .run = map},
-        {.file = file,
-         .operation = "SharedMemory::address",
-         .phase = Phase::StartUp,
-         .call = Call::Mmap,
-         .faults = answers(0),
-         .text = "/MemTest: Success",
-         .run = map},
-        {.file = file,
-         .operation = "SharedMemory::close",
-         .phase = Phase::Running,
-         .call = Call::Munmap,
-         .faults = errors({EINTR, EINVAL, ENOMEM}),
-         .outcome = Outcome::Ignored,
-         .run = close},
-        {.file = file,
-         .operation = "SharedMemory::close",
-         .phase = Phase::Running,
-         .call = Call::Close,
-         .where = {.path = "/MemTest"},
-         .faults = errors({EBADF, EINTR, EIO}),
-         .outcome = Outcome::Ignored,
-         .run = close},
-        {.file = file,
-         .operation = "SharedMemory::close",
-         .phase = Phase::Running,
-         .call = Call::ShmUnlink,
-         .faults = errors({EACCES, EINTR, ENOENT}),
-         .outcome = Outcome::Ignored,
-         .text = "told at level Error",
-         .run = closeTold},
-    };
+
+    FaultTable table("apps/common/sharedmemory/sharedmemory.cpp");
+    table.operation("SharedMemory::open", Phase::StartUp);
+    table.fatal(open, Call::ShmOpen, shmErrors, failed);
+    table.operation("SharedMemory::create", Phase::StartUp);
+    table.fatal(create, Call::ShmOpen, shmErrors, failed);
+    table.fatal(create, Call::Ftruncate, {EBADF, EFBIG, EINTR, EINVAL, EIO, ENOSPC, EPERM}, failed);
+    table.operation("SharedMemory::address", Phase::StartUp);
+    table.fatal(map, Call::FileSize, {EBADF, EFAULT, EINTR, ENOMEM, EOVERFLOW}, failed);
+    table.fatal(mapShortObject, readHeader, {EAGAIN, EBADF, EFAULT, EINTR, EINVAL, EIO}, cutShort);
+    table.fatal(mapShortObject, readHeader, shorts(0, 3), cutShort);
+    table.fatal(map, Call::Mmap, mapErrors, failed);
+    table.fatal(map, Call::Mmap, answers(0), "/MemTest: Success");
+    table.operation("SharedMemory::close", Phase::Running);
+    table.ignored(close, Call::Munmap, {EINTR, EINVAL, ENOMEM});
+    table.ignored(close, {Call::Close, {.path = "/MemTest"}}, {EBADF, EINTR, EIO});
+    table.ignored(closeTold, Call::ShmUnlink, {EACCES, EINTR, ENOENT}, "told at level Error");
+    return table.rows();
 }

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr const char* file = "apps/common/event/serverconnection.cpp";
-constexpr const char* notifyFile = "apps/common/event/notify.cpp";
 constexpr const char* socketPath = "/var/volatile/message-broker.socket";
 
 struct Connected {
@@ -70,110 +68,35 @@ void hangUp(const Rig& rig) {
 
 FaultRows serverRows() {
     // ECONNRESET comes to a sender that stalls while the server dies.
-    const auto writeErrors =
-        errors({EAGAIN, EBADF, ECONNRESET, EDESTADDRREQ, EFAULT, EINTR, EINVAL, EIO, ENOBUFS, ENOMEM, ENOTCONN, EPIPE});
+    const Faults writeErrors = {EAGAIN, EBADF, ECONNRESET, EDESTADDRREQ, EFAULT,   EINTR,
+                                EINVAL, EIO,   ENOBUFS,    ENOMEM,       ENOTCONN, EPIPE};
+    const SeamCall write = {Call::Write, {.path = socketPath}};
     const char* const unsent = "Could not send message to server";
-    return {
-        {.file = file,
-         .operation = "ServerConnection::subscribe",
-         .phase = Phase::StartUp,
-         .call = Call::Write,
-         .where = {.path = socketPath},
-         .faults = writeErrors,
-         .text = unsent,
-         .run = subscribe},
-        {.file = file,
-         .operation = "ServerConnection::subscribe",
-         .phase = Phase::StartUp,
-         .call = Call::Write,
-         .where = {.path = socketPath},
-         .faults = shorts(0, 23),
-         .text = unsent,
-         .run = subscribe},
-        {.file = file,
-         .operation = "ServerConnection::send",
-         .phase = Phase::Running,
-         .call = Call::Write,
-         .where = {.path = socketPath},
-         .faults = writeErrors,
-         .text = unsent,
-         .run = send},
-        {.file = file,
-         .operation = "ServerConnection::send",
-         .phase = Phase::Running,
-         .call = Call::Write,
-         .where = {.path = socketPath},
-         .faults = shorts(0, 11),
-         .text = unsent,
-         .run = send},
-        {.file = file,
-         .operation = "ServerConnection::close",
-         .phase = Phase::Running,
-         .call = Call::Shutdown,
-         .faults = errors({EBADF, EINTR, EINVAL, ENOTCONN, ENOTSOCK}),
-         .outcome = Outcome::Ignored,
-         .run = hangUp},
-        {.file = file,
-         .operation = "ServerConnection::close",
-         .phase = Phase::Running,
-         .call = Call::Poll,
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .run = hangUp},
-        {.file = file,
-         .operation = "ServerConnection::close",
-         .phase = Phase::Running,
-         .call = Call::Poll,
-         .faults = errors({EFAULT, EINVAL, ENOMEM}),
-         .outcome = Outcome::Ignored,
-         .text = "nothing more is read away",
-         .run = hangUp},
-        {.file = file,
-         .operation = "ServerConnection::close",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .faults = errors({EINTR}),
-         .outcome = Outcome::Retried,
-         .run = hangUp},
-        {.file = file,
-         .operation = "ServerConnection::close",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .faults = errors({EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO}),
-         .outcome = Outcome::Ignored,
-         .text = "nothing more is read away",
-         .run = hangUp},
-        {.file = file,
-         .operation = "ServerConnection::close",
-         .phase = Phase::Running,
-         .call = Call::Close,
-         .where = {.path = socketPath},
-         .faults = errors({EBADF, EINTR, EIO}),
-         .outcome = Outcome::Ignored,
-         .run = hangUp},
-        {.file = notifyFile,
-         .operation = "readNotifies",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .faults = errors({EAGAIN, EBADF, ECONNRESET, EFAULT, EINTR, EINVAL, EIO}),
-         .text = "Read error",
-         .run = read},
-        {.file = notifyFile,
-         .operation = "readNotifies",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .faults = shorts(1, 11),
-         .outcome = Outcome::Ignored,
-         .text = "the bytes are dropped with a warning",
-         .run = readSplit},
-        {.file = notifyFile,
-         .operation = "ServerConnection::onPollEvent",
-         .phase = Phase::Running,
-         .call = Call::Read,
-         .detail = "(end of the stream)",
-         .faults = answers(0),
-         .outcome = Outcome::Ignored,
-         .text = "the connection is closed as at a hang-up",
-         .run = readEnd},
-    };
+    const char* const noMore = "nothing more is read away";
+
+    FaultTable table("apps/common/event/serverconnection.cpp");
+    table.operation("ServerConnection::subscribe", Phase::StartUp);
+    table.fatal(subscribe, write, writeErrors, unsent);
+    table.fatal(subscribe, write, shorts(0, 23), unsent);
+    table.operation("ServerConnection::send", Phase::Running);
+    table.fatal(send, write, writeErrors, unsent);
+    table.fatal(send, write, shorts(0, 11), unsent);
+    table.operation("ServerConnection::close", Phase::Running);
+    table.ignored(hangUp, Call::Shutdown, {EBADF, EINTR, EINVAL, ENOTCONN, ENOTSOCK});
+    table.retried(hangUp, Call::Poll, {EINTR});
+    table.ignored(hangUp, Call::Poll, {EFAULT, EINVAL, ENOMEM}, noMore);
+    table.retried(hangUp, Call::Read, {EINTR});
+    table.ignored(hangUp, Call::Read, {EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO}, noMore);
+    table.ignored(hangUp, {Call::Close, {.path = socketPath}}, {EBADF, EINTR, EIO});
+    return table.rows();
+}
+
+FaultRows notifyRows() {
+    FaultTable table("apps/common/event/notify.cpp");
+    table.operation("readNotifies", Phase::Running);
+    table.fatal(read, Call::Read, {EAGAIN, EBADF, ECONNRESET, EFAULT, EINTR, EINVAL, EIO}, "Read error");
+    table.ignored(readSplit, Call::Read, shorts(1, 11), "the bytes are dropped with a warning");
+    table.operation("ServerConnection::onPollEvent", Phase::Running);
+    table.ignored(readEnd, {Call::Read, "(end of the stream)"}, answers(0), "the connection is closed as at a hang-up");
+    return table.rows();
 }
