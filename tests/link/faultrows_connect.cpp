@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr const char* gate = "/message-broker-ready";
-constexpr const char* socketPath = "/var/volatile/message-broker.socket";
-
 void connect(const Rig& rig) {
     Server server;
     EventPoll poll;
@@ -95,14 +92,14 @@ FaultRows connectRows() {
 
     FaultTable table("apps/common/event/serverconnection.cpp");
     table.operation("ServerConnection", Phase::StartUp);
-    table.retried(connect, {Call::SemOpen, {.path = gate}}, openErrors, "20 tries in all");
-    table.fatal(connectWithoutGate, {Call::SemOpen, "(20th try)", {.nth = 20, .path = gate}}, openErrors,
+    table.retried(connect, {Call::SemOpen, {.path = Server::gateName}}, openErrors, "20 tries in all");
+    table.fatal(connectWithoutGate, {Call::SemOpen, "(20th try)", {.nth = 20, .path = Server::gateName}}, openErrors,
                 "sem_open: <error>");
     table.ignored(connectAtTheSecondTry, Call::SchedYield, {EINTR, ENOSYS});
     table.fatal(connectInVain, Call::SemWait, {EAGAIN, EINTR, EINVAL}, "sem_wait: <error>");
     table.fatal(connectInVain, Call::Socket, socketErrors, "epoll_ctl: Bad file descriptor");
     table.fatal(connectInVain, Call::Socket, answers(0), "socket: Success");
-    table.fatal(connectInVain, {Call::Connect, {.path = socketPath}}, connectErrors, "connect: <error>");
+    table.fatal(connectInVain, {Call::Connect, {.path = Server::socketPath}}, connectErrors, "connect: <error>");
     table.fatal(connectWithoutPassingOn, Call::SemPost, {EINTR, EINVAL, EOVERFLOW}, "sem_post: <error>");
     table.ignored(connect, Call::SemClose, {EINTR, EINVAL});
     addRowsAfterRefusal(table);

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr const char* socketPath = "/var/volatile/message-broker.socket";
-
 struct Connected {
     Server server;
     EventPoll poll;
@@ -70,7 +68,7 @@ FaultRows serverRows() {
     // ECONNRESET comes to a sender that stalls while the server dies.
     const Faults writeErrors = {EAGAIN, EBADF, ECONNRESET, EDESTADDRREQ, EFAULT,   EINTR,
                                 EINVAL, EIO,   ENOBUFS,    ENOMEM,       ENOTCONN, EPIPE};
-    const SeamCall write = {Call::Write, {.path = socketPath}};
+    const SeamCall write = {Call::Write, {.path = Server::socketPath}};
     const char* const unsent = "Could not send message to server";
     const char* const noMore = "nothing more is read away";
 
@@ -87,7 +85,7 @@ FaultRows serverRows() {
     table.ignored(hangUp, Call::Poll, {EFAULT, EINVAL, ENOMEM}, noMore);
     table.retried(hangUp, Call::Read, {EINTR});
     table.ignored(hangUp, Call::Read, {EAGAIN, EBADF, ECONNRESET, EFAULT, EINVAL, EIO}, noMore);
-    table.ignored(hangUp, {Call::Close, {.path = socketPath}}, {EBADF, EINTR, EIO});
+    table.ignored(hangUp, {Call::Close, {.path = Server::socketPath}}, {EBADF, EINTR, EIO});
     return table.rows();
 }
 

@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr const char* gateName = "/message-broker-ready";
-constexpr const char* socketPath = "/var/volatile/message-broker.socket";
-
 void closeFd(int& fd) {
     if (fd >= 0) ::close(fd);
     fd = -1;

@@ -10,6 +10,9 @@
 /// The other end of a server connection: gate, listening socket and at most one client.
 class Server {
   public:
+    static constexpr const char* gateName = "/message-broker-ready";
+    static constexpr const char* socketPath = "/var/volatile/message-broker.socket";
+
     Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
