@@ -13,7 +13,7 @@
 #include "model/catalogue/places.h"
 #include "model/catalogue/variables.h"
 #include "platform/virtual/virtual.h"
-#include "server.h"
+#include "tests/support/stubserver.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -24,39 +24,45 @@ namespace {
 /// process, so each test sets what it looks at.
 class Handler : public testing::Test {
   public:
-    Handler() : handler(&poll, Model::handlerTable) { server.takeSubscriptions(); }
+    Handler() : handler(&poll, Model::handlerTable), subscriptions(server.received()) {}
     ~Handler() override { Model::syncFrame(); }
 
     template <typename T>
     void place(const Places::Place& where, T value) {
-        std::memcpy(server.area(static_cast<unsigned>(where.area)) + where.offset, &value, sizeof value);
+        std::memcpy(server.area(static_cast<std::size_t>(where.area)) + where.offset, &value, sizeof value);
     }
     template <typename T>
     T placed(const Places::Place& where) {
         T value;
-        std::memcpy(&value, server.area(static_cast<unsigned>(where.area)) + where.offset, sizeof value);
+        std::memcpy(&value, server.area(static_cast<std::size_t>(where.area)) + where.offset, sizeof value);
         return value;
     }
     void announce(std::uint32_t id) {
-        server.send(id);
+        server.notify(id);
         while (poll.wait(0) == EventPoll::Handled) {
         }
     }
     void start() {
-        server.received();
         handler.initialiseVariables();
         Model::syncFrame();
     }
     void fillAreas(const std::function<unsigned char()>& byte) {
-        for (unsigned area = 0; area < server.areaCount(); ++area)
-            std::generate_n(server.area(area), server.areaSize(area), byte);
+        for (std::size_t area = 0; area < Catalogue::areas.size(); ++area)
+            std::generate_n(server.area(area), Catalogue::areas[area].size, byte);
+    }
+    /// The messages of which the product has told since the last call.
+    std::vector<std::uint32_t> toldIds() {
+        std::vector<std::uint32_t> ids;
+        for (const Notify& notice : server.received()) ids.push_back(notice.id);
+        return ids;
     }
     void expectSanity();
 
     Platform::Virtual::TemporaryInstance instance;
-    Server server;
+    StubServer server;
     EventPoll poll;
     BackendHandler handler;
+    std::vector<Notify> subscriptions;
 };
 
 /// Whatever the areas hold: texts end inside their storage, live counts inside their tables, reads are harmless.
@@ -71,28 +77,20 @@ void Handler::expectSanity() {
         choice.textKey(choice.value());
         choice.properties(choice.value());
     }
-    // The socket takes only some hundred unread notices.
-    const auto edit = [this](auto& variables, auto change) {
-        for (auto& variable : variables) {
-            change(variable);
-            server.received();
-        }
-    };
-    edit(Model::enums, [](Backend::EnumVar& choice) { choice.increment(1, true); });
-    edit(Model::ints, [](Backend::IntVar& number) { number.increment(1, true); });
-    edit(Model::floats, [](Backend::FloatVar& fraction) { fraction.increment(0.5f, true); });
-    edit(Model::flags, [](Backend::BoolVar& flag) { flag.toggle(); });
+    for (Backend::EnumVar& choice : Model::enums) choice.increment(1, true);
+    for (Backend::IntVar& number : Model::ints) number.increment(1, true);
+    for (Backend::FloatVar& fraction : Model::floats) fraction.increment(0.5f, true);
+    for (Backend::BoolVar& flag : Model::flags) flag.toggle();
     Model::syncFrame();
 }
 
 }  // namespace
 
 TEST_F(Handler, SubscribesIdByIdAndReplaysTheAreas) {
-    const std::vector<Notify> requests = server.takeSubscriptions();
-    ASSERT_EQ(requests.size(), 2u * 1291u);
-    EXPECT_EQ(requests[0].id, 1u);
-    EXPECT_EQ(requests[1].id, 7u);
-    EXPECT_EQ(requests.back().id, 776u);
+    ASSERT_EQ(subscriptions.size(), 2u * 1291u);
+    EXPECT_EQ(subscriptions[0].id, 1u);
+    EXPECT_EQ(subscriptions[1].id, 7u);
+    EXPECT_EQ(subscriptions.back().id, 776u);
 
     place(Places::VarZoomTargetValue, 0.25f);
     place(Places::VarFocusMotor_State, 3);
@@ -122,7 +120,7 @@ TEST_F(Handler, AnEditGoesOutOnceAndItsEchoStaysQuiet) {
     start();
     Model::VarDisplayBrightness.receive(3);
     EXPECT_TRUE(Model::VarDisplayBrightness.setValue(8));
-    EXPECT_THAT(server.receivedIds(), ElementsAre(Messages::VarDisplayBrightnessChanged));
+    EXPECT_THAT(toldIds(), ElementsAre(Messages::VarDisplayBrightnessChanged));
     EXPECT_EQ(placed<int>(Places::VarDisplayBrightness), 8);
     announce(Messages::VarDisplayBrightnessChanged);
     EXPECT_TRUE(Model::VarDisplayBrightness.isSync());
@@ -145,9 +143,8 @@ TEST_F(Handler, EveryKindGoesOutByItsBytes) {
     Model::VarFocusMotor_State.receive(3);
     place(Places::VarFocusMotor_State, 3);
     Model::VarFocusMotor_State.setValue(0);
-    EXPECT_THAT(server.receivedIds(),
-                ElementsAre(Messages::VarAutoSkipCalChanged, Messages::VarLanguageChanged,
-                            Messages::VarUserButton4_NameChanged, Messages::VarFocusMotorChanged));
+    EXPECT_THAT(toldIds(), ElementsAre(Messages::VarAutoSkipCalChanged, Messages::VarLanguageChanged,
+                                       Messages::VarUserButton4_NameChanged, Messages::VarFocusMotorChanged));
     EXPECT_EQ(placed<unsigned char>(Places::VarAutoSkipCal), 0);
     EXPECT_STREQ((placed<std::array<char, 7>>(Places::VarUserButton4_Name).data()), "Zap");
 
@@ -156,7 +153,7 @@ TEST_F(Handler, EveryKindGoesOutByItsBytes) {
     place(where, 0.0f);
     Model::VarCircleofConfusion.receive(0.0f);
     Model::VarCircleofConfusion.setValue(-0.0f);
-    EXPECT_THAT(server.receivedIds(), ElementsAre(Messages::VarCircleofConfusionChanged));
+    EXPECT_THAT(toldIds(), ElementsAre(Messages::VarCircleofConfusionChanged));
     EXPECT_FALSE(Model::VarCircleofConfusion.setValue(nan));
     EXPECT_TRUE(std::signbit(placed<float>(where)));
 }
