@@ -41,12 +41,10 @@ TEST(Scenes, TellAllMistakesAtOnceAndChangeNothing) {
 
 TEST(Scenes, BeginFromTheFactoryAndLeaveTheProductsOwnValues) {
     World world;
-    world.write("VarLanguage", "German");
-    world.write("VarFocusPositionX", "160");
+    world.write({{"VarLanguage", "German"}, {"VarFocusPositionX", "160"}});
     world->store().clearNotices();
     EXPECT_TRUE(problemsOf(world, {{"values", {{"VarGuiRotate", true}}}}).empty());
-    EXPECT_EQ(world.get("VarLanguage"), "0");
-    EXPECT_EQ(world.get("VarFocusPositionX"), "160");
+    world.expect({{"VarLanguage", "0"}, {"VarFocusPositionX", "160"}});
     const auto& notices = world->store().notices();
     const auto noted = [&notices](const char* name) {
         return std::count(notices.begin(), notices.end(), Unit::Store::find(name)->id);
@@ -58,8 +56,7 @@ TEST(Scenes, BeginFromTheFactoryAndLeaveTheProductsOwnValues) {
 
 TEST(Settings, SurviveARestartAndADamagedFile) {
     World world;
-    world.write("VarLanguage", "German");
-    world.write("VarUserButton4_Name", "A\"\u00e9");
+    world.write({{"VarLanguage", "German"}, {"VarUserButton4_Name", "A\"\u00e9"}});
     world.run(1.1);
     world.restart();
     EXPECT_EQ(world.get("VarLanguage"), "3");
@@ -67,8 +64,7 @@ TEST(Settings, SurviveARestartAndADamagedFile) {
     std::ofstream(World::folder() / "settings.json")
         << R"({"VarLanguage": "99", "VarGone": "1", "VarSoundVolume": "7"})";
     world.restart();
-    EXPECT_EQ(world.get("VarLanguage"), "0");
-    EXPECT_EQ(world.get("VarSoundVolume"), "7");
+    world.expect({{"VarLanguage", "0"}, {"VarSoundVolume", "7"}});
     std::ofstream(World::folder() / "settings.json") << "{";
     world.restart();
     EXPECT_EQ(world.get("VarLanguage"), "0");
@@ -76,35 +72,27 @@ TEST(Settings, SurviveARestartAndADamagedFile) {
 
 TEST(Settings, FactoryResetPutsThemBackAndSaysWhenItIsDone) {
     World world;
-    world.write("VarLanguage", "German");
-    world.write("VarKnobAssignment", "Zoom");
-    world.write("VarFactoryReset", "1");
-    EXPECT_EQ(world.get("VarLanguage"), "0");
-    EXPECT_EQ(world.get("VarKnobAssignment"), "1");
-    EXPECT_EQ(world.get("VarFactoryReset"), "0");
-    EXPECT_EQ(world.get("VarFactoryResetFinished"), "1");
+    world.write({{"VarLanguage", "German"}, {"VarKnobAssignment", "Zoom"}, {"VarFactoryReset", "1"}});
+    world.expect(
+        {{"VarLanguage", "0"}, {"VarKnobAssignment", "1"}, {"VarFactoryReset", "0"}, {"VarFactoryResetFinished", "1"}});
 }
 
 TEST(Setups, AreSavedUnderACheckedNameAndTakenOverFromTheBrowser) {
     World world;
-    world.write("VarLanguage", "German");
-    world.write("VarUserSetupAddNew", "1");
-    EXPECT_EQ(world.get("VarUserSetupSave"), "SETUP1");
-    EXPECT_EQ(world.get("VarUserSetupFileCheckDone"), "1");
+    world.write({{"VarLanguage", "German"}, {"VarUserSetupAddNew", "1"}});
+    world.expect({{"VarUserSetupSave", "SETUP1"}, {"VarUserSetupFileCheckDone", "1"}});
     world.write("VarUserSetupAcceptSaveFileName", "1");
     EXPECT_TRUE(fs::exists(World::folder() / "files/internal/setups/SETUP1.setup"));
     world.write("VarUserSetupSave", "SETUP1");
     EXPECT_EQ(world.get("VarUserSetupOverwriteFile"), "1");
     world.write("VarUserSetupSave", "../up");
     EXPECT_EQ(world.get("VarUserSetupSaveValid"), "0");
-    world.write("VarLanguage", "English");
-    world.write("VarFileBrowserType", "UserSetupFiles");
+    world.write({{"VarLanguage", "English"}, {"VarFileBrowserType", "UserSetupFiles"}});
     for (int row = 0; row < 8; ++row) {
         world.write("VarFileBrowserHighlightIndex", std::to_string(row));
         if (world.get("VarFileBrowserSelectionName") == "setups") break;
     }
-    world.write("VarFileBrowserOperation", "ExpandCurrent");
-    world.write("VarFileBrowserOperationStart", "1");
+    world.write({{"VarFileBrowserOperation", "ExpandCurrent"}, {"VarFileBrowserOperationStart", "1"}});
     world.write("VarFileBrowserHighlightIndex",
                 std::to_string(static_cast<int>(world.number("VarFileBrowserHighlightIndex")) + 1));
     EXPECT_EQ(world.get("VarFileBrowserSelectionName"), "SETUP1.setup");

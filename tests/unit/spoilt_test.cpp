@@ -17,9 +17,8 @@ TEST(SpoiltMemory, IsLivedThroughAndTheUnitGoesOn) {
         world.run(0.5);
     }
     world.restart();
-    world.act("hands", "knob", 0.25);
-    world.run(0.1);
-    EXPECT_FLOAT_EQ(static_cast<float>(world.number("VarFocusTargetValue")), 0.25F);
+    world.turnKnobTo(0.25);
+    EXPECT_FLOAT_EQ(world.fraction("VarFocusTargetValue"), 0.25F);
 }
 
 TEST(SpoiltMemory, OfTheClockBecomesATimeThatThereIs) {

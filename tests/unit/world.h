@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <initializer_list>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -15,6 +18,12 @@
 /// A simulation over plain memory, with its files in a fresh instance folder.
 class World {
   public:
+    /// A value by name, as it is shown and written.
+    struct NamedText {
+        const char* name;
+        const char* text;
+    };
+
     World() { restart(); }
 
     /// The unit is switched off and on: the files stay.
@@ -39,6 +48,12 @@ class World {
         return cell ? simulation_->store().show(*cell) : "";
     }
     double number(const std::string& name) { return std::stod(get(name)); }
+    float fraction(const std::string& name) { return std::stof(get(name)); }
+    void expect(std::initializer_list<NamedText> values,
+                const std::source_location& at = std::source_location::current()) {
+        const testing::ScopedTrace trace(at.file_name(), static_cast<int>(at.line()), "expected here");
+        for (const auto& [name, text] : values) EXPECT_EQ(get(name), text) << name;
+    }
 
     /// As the product does: the place, then the notice.
     void write(const std::string& name, const std::string& value) {
@@ -48,6 +63,9 @@ class World {
         ASSERT_TRUE(bytes) << name << ": " << problem;
         simulation_->store().setBytes(*cell, *bytes);
         simulation_->changed(cell->id);
+    }
+    void write(std::initializer_list<NamedText> values) {
+        for (const auto& [name, text] : values) write(name, text);
     }
     /// Every byte of every area, and every notice.
     void spoil(std::byte value) {
@@ -60,6 +78,11 @@ class World {
     }
     void run(double seconds) {
         for (int tick = 0; tick < static_cast<int>(seconds * 60 + 0.5); ++tick) simulation_->tick(1'000'000'000 / 60);
+    }
+    /// The knob, and whatever follows it within some ticks.
+    void turnKnobTo(double position) {
+        act("hands", "knob", position);
+        run(0.1);
     }
 
   private:
