@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -97,6 +98,14 @@ class Compilation {
     ModelTree model;
     Explanation explanation;
     Lowered lowered;
+};
+
+/// A source in which no pass finds an error.
+class SoundModel : public Compilation {
+  public:
+    explicit SoundModel(const std::string& text) : Compilation(text) {
+        if (diagnostics.hasErrors()) throw std::runtime_error(messages());
+    }
 };
 
 }  // namespace Modelc
