@@ -49,7 +49,7 @@ class FitLinter {
     void report(const Explanation::Shown& shown, const std::vector<TextFit::Finding>& faults) {
         for (const auto& fault : faults) {
             const PropertyDecl* decl = shown.label->property("text");
-            findings_.push_back({"text-fit", shown.place, TextFit::describe(fault),
+            findings_.push_back({Check::textFit, shown.place, TextFit::describe(fault),
                                  decl != nullptr ? decl->value->span : shown.label->span});
         }
     }

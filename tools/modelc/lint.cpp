@@ -68,11 +68,11 @@ class Linter {
             if (unit->kind != UnitNode::Kind::Page) continue;
             const std::string& name = unit->name.text;
             if (!reached.contains(name))
-                report("unreachable-page", name, "no page or container leads to this page", unit->name.span);
+                report(Check::unreachablePage, name, "no page or container leads to this page", unit->name.span);
             const bool leaves = std::any_of(explanation_.visits.begin(), explanation_.visits.end(),
                                             [&](const auto& visit) { return visit.from == name; });
             if (!leaves && !overlays.contains(name))
-                report("dead-end", name, "no reaction of this page leaves it", unit->name.span);
+                report(Check::deadEnd, name, "no reaction of this page leaves it", unit->name.span);
         }
     }
 
@@ -90,10 +90,10 @@ class Linter {
         std::set<unsigned> told;
         for (const auto& hear : explanation_.hears)
             if (!posted.contains(hear.event) && told.insert(hear.event).second)
-                report("never-posted", hear.place, "nobody posts " + eventName(hear.event), hear.span);
+                report(Check::neverPosted, hear.place, "nobody posts " + eventName(hear.event), hear.span);
         for (const auto& post : explanation_.posts)
             if (!heard.contains(post.event) && told.insert(post.event).second)
-                report("never-heard", post.place, "nobody hears " + eventName(post.event));
+                report(Check::neverHeard, post.place, "nobody hears " + eventName(post.event));
     }
 
     static std::optional<int> number(const ObjectNode& object, std::string_view name, std::size_t inRect) {
@@ -114,7 +114,7 @@ class Linter {
             const auto width = number(*touch.widget, "width", 2);
             const auto height = number(*touch.widget, "height", 3);
             if (!width || !height || (*width >= smallestTouch && *height >= smallestTouch)) continue;
-            report("small-touch-target", touch.place,
+            report(Check::smallTouchTarget, touch.place,
                    "this touch target is " + std::to_string(*width) + " x " + std::to_string(*height) +
                        " pixels, and a finger needs 30",
                    touch.span);
@@ -126,7 +126,8 @@ class Linter {
             const PropertyDecl* text = child->property("text");
             const auto* name = text != nullptr ? std::get_if<NameExpr>(&text->value->node) : nullptr;
             if (name != nullptr && name->parts.back() == "not_built_yet")
-                report("not-built", unit.name.text, "this page says that something is not built yet", unit.name.span);
+                report(Check::notBuilt, unit.name.text, "this page says that something is not built yet",
+                       unit.name.span);
             notBuilt(*child, unit);
         }
     }
@@ -141,7 +142,7 @@ class Linter {
             if (!left || !top || !width || !height) continue;
             const int atX = x + *left, atY = y + *top;
             if (atX >= screenWidth || atY >= screenHeight || atX + *width <= 0 || atY + *height <= 0)
-                report("outside-screen", own, "this widget lies outside the screen", child->type.span);
+                report(Check::outsideScreen, own, "this widget lies outside the screen", child->type.span);
             outside(*child, atX, atY, own);
         }
     }

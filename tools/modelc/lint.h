@@ -10,12 +10,23 @@
 
 namespace Modelc {
 
-inline constexpr std::array lintChecks = {"unreachable-page",   "dead-end",  "never-posted",   "never-heard",
-                                          "small-touch-target", "not-built", "outside-screen", "text-fit"};
+/// The lint's checks, as --fail-on and the report name them.
+namespace Check {
+inline constexpr const char* unreachablePage = "unreachable-page";
+inline constexpr const char* deadEnd = "dead-end";
+inline constexpr const char* neverPosted = "never-posted";
+inline constexpr const char* neverHeard = "never-heard";
+inline constexpr const char* smallTouchTarget = "small-touch-target";
+inline constexpr const char* notBuilt = "not-built";
+inline constexpr const char* outsideScreen = "outside-screen";
+inline constexpr const char* textFit = "text-fit";
+inline constexpr std::array all = {unreachablePage,  deadEnd,  neverPosted,   neverHeard,
+                                   smallTouchTarget, notBuilt, outsideScreen, textFit};
+}  // namespace Check
 
 /// Something that works and is hardly meant so.
 struct LintFinding {
-    std::string check;  ///< one of lintChecks
+    std::string check;  ///< one of Check::all
     std::string place;
     std::string message;
     Span span;  ///< may be nowhere

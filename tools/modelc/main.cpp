@@ -84,7 +84,7 @@ LintOptions lintOptions() {
 void warnOfSilence(const ModelTree& model, const Lowered& lowered, const Names& names, const Explanation& explanation,
                    Diagnostics& diagnostics) {
     for (const auto& finding : lint(model, lowered, names, explanation, lintOptions()))
-        if (finding.check == "never-posted")
+        if (finding.check == Check::neverPosted)
             diagnostics.warning(finding.span, finding.message, "fire it somewhere, or take the reaction away");
 }
 
@@ -157,7 +157,7 @@ int main(int argc, char** argv) try {
     app.add_flag("--json", options.json, "the lint's findings as JSON");
     app.add_option("--fail-on", options.failOn, "checks of the lint that end with status 1")
         ->allow_extra_args(false)
-        ->check(CLI::IsMember(std::vector<std::string>(lintChecks.begin(), lintChecks.end())));
+        ->check(CLI::IsMember(std::vector<std::string>(Check::all.begin(), Check::all.end())));
     app.add_flag("--print", options.print, "the lowered form");
     app.add_option("--why", options.why, "PAGE.WIDGET[.property]: which rules decide it");
     app.add_option("--who", options.who, "VARIABLE: what it drives and what writes it");
