@@ -38,7 +38,7 @@ BrokerClient::~BrokerClient() {
 }
 
 void BrokerClient::read(std::vector<Notify>& records) {
-    char block[3072];
+    char block[blockSize];
     for (;;) {
         const ssize_t got = Platform::read(fd_, block, sizeof block);
         if (got < 0 && errno == EINTR) continue;

@@ -32,7 +32,6 @@ Platform::Virtual::Place placeOf(const std::string& name) {
     return name.empty() || name == place.name ? place : Platform::Virtual::Place::named(name);
 }
 
-/// Every verb's name, for the completion and for who mistypes one.
 std::vector<std::string> verbNames(const CLI::App& app) {
     std::vector<std::string> names;
     for (const CLI::App* verb : app.get_subcommands([](const CLI::App*) { return true; }))
